@@ -1,0 +1,138 @@
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include <kvarta16/frame/digits.h>
+#include <kvarta16/frame/failure.h>
+
+namespace kvarta16 {
+namespace {
+
+// Reads what std::to_chars writes in scientific form: d.ddde+XX or de+XX, without a sign.
+void read_scientific(std::string_view text, DecimalDigits& digits) {
+    const std::size_t letter = text.find('e');
+    digits.count = 0;
+    for (const char c : text.substr(0, letter)) {
+        if (c != '.') {
+            digits.buffer[digits.count++] = c;
+        }
+    }
+    const bool below_one = text[letter + 1] == '-';
+    std::int32_t exponent = 0;
+    std::from_chars(text.data() + letter + 2, text.data() + text.size(), exponent);
+    digits.point = (below_one ? -exponent : exponent) + 1;
+}
+
+void drop_trailing_zeros(DecimalDigits& digits) {
+    while (digits.count > 0 && digits.buffer[digits.count - 1] == '0') {
+        --digits.count;
+    }
+}
+
+// One more in the last place; a carry out of the first makes 1 of 99...9.
+void increment(DecimalDigits& digits) {
+    std::size_t i = digits.count;
+    while (i > 0 && digits.buffer[i - 1] == '9') {
+        digits.buffer[--i] = '0';
+    }
+    if (i > 0) {
+        ++digits.buffer[i - 1];
+    } else {
+        digits.buffer[0] = '1';
+        ++digits.point;
+    }
+}
+
+// The shortest digits that read back tell the digits at `places`: cutting them rounds right, but
+// for one case. If they end in just a 5 behind the last place, the number itself may lie on either
+// side of that half, and only its exact digits tell.
+template <class T>
+DecimalDigits to_significant(T value, int places) {
+    DecimalDigits digits;
+    if (!std::isfinite(value)) {
+        fail(error::overflow);
+    }
+    digits.negative = value < 0;
+    if (value == 0) {
+        return digits;
+    }
+    char text[48];
+    const auto written = [&text](std::to_chars_result result) {
+        return std::string_view(text, static_cast<std::size_t>(result.ptr - text));
+    };
+    const T magnitude = std::abs(value);
+    read_scientific(
+        written(std::to_chars(text, text + sizeof text, magnitude, std::chars_format::scientific)),
+        digits);
+    if (digits.count > places) {
+        const bool may_be_half = digits.count == places + 1 && digits.buffer[places] == '5';
+        if (may_be_half) {
+            read_scientific(written(std::to_chars(text, text + sizeof text, magnitude,
+                                                  std::chars_format::scientific, places - 1)),
+                            digits);
+        } else {
+            const bool up = digits.buffer[places] >= '5';
+            digits.count = static_cast<std::uint8_t>(places);
+            if (up) {
+                increment(digits);
+            }
+        }
+    }
+    drop_trailing_zeros(digits);
+    return digits;
+}
+
+}  // namespace
+
+DecimalDigits digits_of(Double value) {
+    return to_significant(value, 15);
+}
+
+DecimalDigits digits_of(Single value) {
+    return to_significant(value, 7);
+}
+
+DecimalDigits digits_of(const Decimal& value) {
+    constexpr std::uint32_t group = 1'000'000'000;
+    std::uint32_t words[] = {value.high, value.middle, value.low};
+    char text[4 * 9];
+    char* at = text + sizeof text;
+    while (at != text) {
+        std::uint64_t remainder = 0;
+        for (std::uint32_t& word : words) {
+            const std::uint64_t dividend = (remainder << 32) | word;
+            word = static_cast<std::uint32_t>(dividend / group);
+            remainder = dividend % group;
+        }
+        for (int i = 0; i < 9; ++i) {
+            *--at = static_cast<char>('0' + remainder % 10);
+            remainder /= 10;
+        }
+    }
+    const char* end = text + sizeof text;
+    const char* first =
+        std::find_if(static_cast<const char*>(text), end, [](char digit) { return digit != '0'; });
+    DecimalDigits digits;
+    digits.count = static_cast<std::uint8_t>(std::copy(first, end, digits.buffer) - digits.buffer);
+    digits.negative = value.negative && digits.count > 0;
+    digits.point = digits.count - value.scale;
+    return digits;
+}
+
+Decimal decimal_of(std::string_view digits, std::uint8_t scale, bool negative) {
+    std::uint32_t words[] = {0, 0, 0};
+    for (const char digit : digits) {
+        auto carry = static_cast<std::uint64_t>(digit - '0');
+        for (auto word = std::rbegin(words); word != std::rend(words); ++word) {
+            carry += std::uint64_t{*word} * 10;
+            *word = static_cast<std::uint32_t>(carry & 0xFFFFFFFF);
+            carry >>= 32;
+        }
+        if (carry != 0) {
+            fail(error::overflow);
+        }
+    }
+    return {words[0], words[1], words[2], scale, negative};
+}
+
+}  // namespace kvarta16

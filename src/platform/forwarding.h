@@ -1,0 +1,195 @@
+// Wrappers around the platform seams. Each passes every operation on to the object behind it, so
+// that a test or a host overrides the one call that it cares about:
+//
+//   class Counted final : public ado::ForwardingConnection {
+//     public:
+//       using ForwardingConnection::ForwardingConnection;
+//       std::shared_ptr<ado::Recordset> CreateRecordset() override {
+//           ++rows;
+//           return ForwardingConnection::CreateRecordset();
+//       }
+//       int rows = 0;
+//   };
+//
+// Wrappers may be put around wrappers. On top of them stands the fault plan, which makes chosen
+// calls fail:
+//
+//   const auto plan = std::make_shared<FaultPlan>();
+//   plan->fail_at("UpdateBatch", 100, FaultSpan::Once, 3197);
+//   const auto db = faulting(connection, plan);   // its hundredth UpdateBatch fails
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include <kvarta16/platform/ado.h>
+#include <kvarta16/platform/clock.h>
+#include <kvarta16/platform/message_box.h>
+
+namespace kvarta16 {
+
+// ---- Wrappers -------------------------------------------------------------------------------
+
+// `target` must outlive the wrapper.
+class ForwardingBoxes : public MessageBoxes {
+  public:
+    explicit ForwardingBoxes(MessageBoxes& target) noexcept : target_(&target) {}
+    MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override {
+        return target_->MsgBox(text, style, title);
+    }
+
+  private:
+    MessageBoxes* target_;
+};
+
+// `target` must outlive the wrapper.
+class ForwardingClock : public Clock {
+  public:
+    explicit ForwardingClock(Clock& target) noexcept : target_(&target) {}
+    Date Now() override { return target_->Now(); }
+
+  private:
+    Clock* target_;
+};
+
+// `target` must outlive the wrapper.
+class ForwardingSleeper : public Sleeper {
+  public:
+    explicit ForwardingSleeper(Sleeper& target) noexcept : target_(&target) {}
+    void Sleep(Long milliseconds) override { target_->Sleep(milliseconds); }
+
+  private:
+    Sleeper* target_;
+};
+
+namespace ado {
+
+// `target` must outlive the wrapper.
+class ForwardingField : public Field {
+  public:
+    explicit ForwardingField(Field& target) noexcept : target_(&target) {}
+    String Name() override { return target_->Name(); }
+    Variant Value() override { return target_->Value(); }
+    void PutValue(const Variant& value) override { target_->PutValue(value); }
+
+  private:
+    Field* target_;
+};
+
+class ForwardingRecordset : public Recordset {
+  public:
+    // `target` is not empty.
+    explicit ForwardingRecordset(std::shared_ptr<Recordset> target) noexcept;
+
+    // A connection that is a wrapper is passed on as the connection behind it: the recordset
+    // behind this one comes from there and knows no wrappers.
+    void Open(StringView source, const std::shared_ptr<Connection>& active_connection,
+              CursorType cursor_type, LockType lock_type, Long options) override;
+    bool IsEOF() override { return target_->IsEOF(); }
+    void AddNew() override { target_->AddNew(); }
+    Field& Fields(const Variant& item) override;
+    void UpdateBatch(Affect affect_records) override { target_->UpdateBatch(affect_records); }
+    void MoveNext() override { target_->MoveNext(); }
+    void Close() override { target_->Close(); }
+
+  protected:
+    // What stands before a field of the recordset behind; asked once for each field.
+    [[nodiscard]] virtual std::unique_ptr<Field> wrap(Field& field);
+
+  private:
+    std::shared_ptr<Recordset> target_;
+    std::map<Field*, std::unique_ptr<Field>> fields_;
+};
+
+class ForwardingConnection : public Connection {
+  public:
+    // `target` is not empty.
+    explicit ForwardingConnection(std::shared_ptr<Connection> target) noexcept;
+
+    // A wrapper of a recordset that the connection behind has made; an override does the same.
+    std::shared_ptr<Recordset> CreateRecordset() override;
+    void BeginTrans() override { target_->BeginTrans(); }
+    void CommitTrans() override { target_->CommitTrans(); }
+    void RollbackTrans() override { target_->RollbackTrans(); }
+    void Close() override { target_->Close(); }
+
+    [[nodiscard]] const std::shared_ptr<Connection>& target() const noexcept { return target_; }
+
+  private:
+    std::shared_ptr<Connection> target_;
+};
+
+}  // namespace ado
+
+// ---- Faults ---------------------------------------------------------------------------------
+
+// The operations of the platform that a plan can make fail.
+enum class Operation : std::uint8_t {
+    ConnectionCreateRecordset,
+    ConnectionBeginTrans,
+    ConnectionCommitTrans,
+    ConnectionRollbackTrans,
+    ConnectionClose,
+    RecordsetOpen,
+    RecordsetEof,
+    RecordsetAddNew,
+    RecordsetFields,
+    RecordsetUpdateBatch,
+    RecordsetMoveNext,
+    RecordsetClose,
+    FieldName,
+    FieldValue,  // reading it and putting it
+    MessageBoxesMsgBox,
+    ClockNow,
+    SleeperSleep,
+};
+
+enum class FaultSpan : std::uint8_t { Once, FromThenOn };
+
+// Which calls are to fail, and with which numbers. Used by one thread, as the objects are whose
+// calls it counts.
+class FaultPlan {
+  public:
+    // Makes the n-th call from now of an operation fail, and with FromThenOn every later one too.
+    // The operation is named as the platform names it, "UpdateBatch", which stands for the calls
+    // of that name on any object, or with its object, "Recordset.UpdateBatch". Faults add up: each
+    // counts by itself, and where two fall on one call the earlier entry gives the number.
+    // Throws std::invalid_argument for a name that no operation bears and for n below 1.
+    void fail_at(std::string_view operation, Long n, FaultSpan span, Long number);
+
+    // Takes back every fault that has been asked for.
+    void clear() noexcept { faults_.clear(); }
+
+    // How many calls have failed so far by this plan.
+    [[nodiscard]] Long failed_calls() const noexcept { return failed_calls_; }
+
+    // Called before an operation is passed on. Fails with the number of the fault that falls due.
+    void count_call(Operation operation);
+
+  private:
+    struct Fault {
+        std::vector<Operation> operations;  // all that bear the name asked for
+        Long calls_left;                    // 1: the next call fails
+        FaultSpan span;
+        Long number;
+    };
+
+    std::vector<Fault> faults_;
+    Long failed_calls_ = 0;
+};
+
+// The same object with the faults of `plan` before each operation: one that is to fail is not
+// passed on. Of a connection the recordsets that it makes, and their fields, are covered too.
+// `target` must outlive the result.
+[[nodiscard]] std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
+                                                        std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target,
+                                                     std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Clock> faulting(Clock& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Sleeper> faulting(Sleeper& target, std::shared_ptr<FaultPlan> plan);
+
+}  // namespace kvarta16
