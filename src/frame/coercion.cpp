@@ -140,7 +140,8 @@ Currency ToCurrency(const Variant& value) {
         } else if constexpr (std::same_as<T, Decimal>) {
             return Currency::raw(scaled(number_of(held), 4));
         } else {
-            return Currency::raw(scaled(numeric_text(held), 4));
+            const auto plain = read_plain_amount(held, locale().decimal_separator);
+            return plain ? *plain : Currency::raw(scaled(numeric_text(held), 4));
         }
     });
 }

@@ -92,6 +92,21 @@ DecimalDigits digits_of(Single value) {
     return to_significant(value, 7);
 }
 
+std::optional<Currency> short_decimal(Double value) noexcept {
+    constexpr Double fifteen_digits = 1e15;
+    const Double product = value * 10000;
+    if (!(product > -fifteen_digits && product < fifteen_digits)) {
+        return std::nullopt;
+    }
+    const auto count = static_cast<std::int64_t>(product + (product < 0 ? -0.5 : 0.5));
+    // Both are exact, so that the quotient is the Double nearest to the amount. Different amounts
+    // of fifteen digits have different nearest Doubles: if it is `value`, no other amount is.
+    if (static_cast<Double>(count) / 10000 != value) {
+        return std::nullopt;
+    }
+    return Currency::raw(count);
+}
+
 DecimalDigits digits_of(const Decimal& value) {
     constexpr std::uint32_t group = 1'000'000'000;
     std::uint32_t words[] = {value.high, value.middle, value.low};

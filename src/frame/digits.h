@@ -2,6 +2,8 @@
 // layer.
 #pragma once
 
+#include <iterator>
+#include <optional>
 #include <string_view>
 
 #include <kvarta16/frame/types.h>
@@ -32,6 +34,10 @@ struct DecimalDigits {
 // The Decimal of a number of at most 29 digits that has a place in 96 bits; `scale` decimals.
 [[nodiscard]] Decimal decimal_of(std::string_view digits, std::uint8_t scale, bool negative);
 
+// The amount whose digits are those of digits_of(value), if the number is one of at most four
+// decimals and fifteen digits in all, as nearly all numbers in fields are; nothing for others.
+[[nodiscard]] std::optional<Currency> short_decimal(Double value) noexcept;
+
 // The bare digits of a whole number, written backward to `end`; where they begin.
 template <class Char>
 [[nodiscard]] inline Char* write_backward(Char* end, std::uint64_t number) {
@@ -40,6 +46,15 @@ template <class Char>
         number /= 10;
     } while (number != 0);
     return end;
+}
+
+// A whole number with zeros in front of it up to `width` digits.
+inline void append_number(String& text, std::uint64_t number, std::size_t width) {
+    char16_t buffer[24];
+    char16_t* const end = std::end(buffer);
+    char16_t* first = write_backward(end, number);
+    const auto count = static_cast<std::size_t>(end - first);
+    text.append(width > count ? width - count : 0, u'0').append(first, count);
 }
 
 // The distance of a signed number from 0, also of the lowest one.

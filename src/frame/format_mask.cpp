@@ -16,8 +16,20 @@ constexpr char16_t to_lower_latin(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
 }
 
-bool is_date_letter(char16_t unit) {
-    return StringView(u"dmywqhns").find(to_lower_latin(unit)) != StringView::npos;
+constexpr bool is_date_letter(char16_t unit) {
+    switch (to_lower_latin(unit)) {
+        case u'd':
+        case u'm':
+        case u'y':
+        case u'w':
+        case u'q':
+        case u'h':
+        case u'n':
+        case u's':
+            return true;
+        default:
+            return false;
+    }
 }
 
 // A number mask taken apart: the placeholders on either side of its first dot.
@@ -31,16 +43,19 @@ struct NumberMask {
 
 NumberMask take_apart(StringView mask) {
     NumberMask parts;
-    const std::size_t point = mask.find(u'.');
-    parts.has_point = point != StringView::npos;
-    parts.whole = mask.substr(0, point);
-    parts.part = parts.has_point ? mask.substr(point + 1) : StringView();
-    const auto zeros = std::ranges::count(parts.part, u'0');
-    parts.decimals = static_cast<std::int32_t>(zeros);
-    const bool all_zeros =
-        static_cast<std::size_t>(zeros) == parts.part.size() &&
-        std::ranges::count(parts.whole, u'0') == static_cast<std::ptrdiff_t>(parts.whole.size());
-    parts.is_plain = all_zeros && !parts.whole.empty();
+    std::size_t whole_zeros = 0;
+    std::size_t i = 0;
+    for (; i < mask.size() && mask[i] != u'.'; ++i) {
+        whole_zeros += mask[i] == u'0' ? 1 : 0;
+    }
+    parts.whole = mask.substr(0, i);
+    parts.has_point = i < mask.size();
+    parts.part = mask.substr(parts.has_point ? i + 1 : i);
+    for (const char16_t unit : parts.part) {
+        parts.decimals += unit == u'0' ? 1 : 0;
+    }
+    const auto part_zeros = static_cast<std::size_t>(parts.decimals);
+    parts.is_plain = i > 0 && whole_zeros == parts.whole.size() && part_zeros == parts.part.size();
     return parts;
 }
 
@@ -112,24 +127,53 @@ String render(const NumberMask& mask, std::string_view digits, std::int32_t poin
     return fill(mask, rounded(digits, point, negative, mask.decimals));
 }
 
-// Scaled whole numbers under a plain mask: no digit but those of the result is ever made.
+// Masks that the buffer of render_count has room for.
+bool fits_buffer(const NumberMask& mask) {
+    return mask.is_plain && mask.whole.size() + mask.part.size() <= 32;
+}
+
+// count / 10^dropped, half away from zero. The sum stays within 64 bits: a count that is cut is
+// below 2^63 and half of the unit below 10^18.
+std::uint64_t cut(std::uint64_t count, std::int32_t dropped) {
+    constexpr std::uint64_t powers[] = {1,
+                                        10,
+                                        100,
+                                        1'000,
+                                        10'000,
+                                        100'000,
+                                        1'000'000,
+                                        10'000'000,
+                                        100'000'000,
+                                        1'000'000'000,
+                                        10'000'000'000,
+                                        100'000'000'000,
+                                        1'000'000'000'000,
+                                        10'000'000'000'000,
+                                        100'000'000'000'000,
+                                        1'000'000'000'000'000,
+                                        10'000'000'000'000'000,
+                                        100'000'000'000'000'000,
+                                        1'000'000'000'000'000'000};
+    if (dropped == 2) {  // money under "0.00": the one division that runs for every field
+        return (count + 50) / 100;
+    }
+    return dropped <= 0 ? count : (count + powers[dropped] / 2) / powers[dropped];
+}
+
+// A count of 10^-scale, with a scale of at most 18, under a plain mask that fits the buffer:
+// no digit but those of the result is ever made.
 String render_count(const NumberMask& mask, std::uint64_t count, std::int32_t scale,
                     bool negative) {
-    constexpr std::uint64_t powers[] = {1, 10, 100, 1000, 10000};
-    const std::int32_t dropped = std::max(0, scale - mask.decimals);
-    const std::uint64_t unit = powers[dropped];
-    // Half away from zero; the sum stays within 64 bits because the count is half of that.
-    std::uint64_t number = (count + unit / 2) / unit;
+    std::uint64_t number = cut(count, scale - mask.decimals);
     char16_t buffer[64];
     char16_t* const end = std::end(buffer);
     char16_t* at = end;
-    for (std::int32_t i = mask.decimals; i > 0; --i) {
-        if (i > scale) {
-            *--at = u'0';
-        } else {
-            *--at = static_cast<char16_t>(u'0' + number % 10);
-            number /= 10;
-        }
+    for (std::int32_t i = mask.decimals; i > scale; --i) {
+        *--at = u'0';
+    }
+    for (std::int32_t i = std::min(mask.decimals, scale); i > 0; --i) {
+        *--at = static_cast<char16_t>(u'0' + number % 10);
+        number /= 10;
     }
     if (mask.has_point) {
         *--at = locale().decimal_separator;
@@ -145,36 +189,28 @@ String render_count(const NumberMask& mask, std::uint64_t count, std::int32_t sc
     return {at, end};
 }
 
-// Masks that the buffer of render_count has room for.
-bool fits_buffer(const NumberMask& mask) {
-    return mask.is_plain && mask.whole.size() + mask.part.size() <= 32;
-}
-
-String render_whole(const NumberMask& mask, std::int64_t number) {
+// The same under any mask.
+String render_scaled(const NumberMask& mask, std::int64_t count, std::int32_t scale) {
+    const std::uint64_t magnitude = magnitude_of(count);
     if (fits_buffer(mask)) {
-        return render_count(mask, magnitude_of(number), 0, number < 0);
+        return render_count(mask, magnitude, scale, count < 0);
     }
     char buffer[24];
     char* const end = std::end(buffer);
-    char* first = write_backward(end, magnitude_of(number));
-    first = number == 0 ? end : first;
+    const char* first = count == 0 ? end : write_backward(end, magnitude);
     const std::string_view digits(first, static_cast<std::size_t>(end - first));
-    return render(mask, digits, static_cast<std::int32_t>(digits.size()), number < 0);
-}
-
-String render_currency(const NumberMask& mask, Currency value) {
-    if (fits_buffer(mask)) {
-        return render_count(mask, magnitude_of(value.count), 4, value.count < 0);
-    }
-    char buffer[24];
-    char* const end = std::end(buffer);
-    char* first = write_backward(end, magnitude_of(value.count));
-    const std::string_view digits(first, static_cast<std::size_t>(end - first));
-    return render(mask, digits, static_cast<std::int32_t>(digits.size()) - 4, value.count < 0);
+    return render(mask, digits, static_cast<std::int32_t>(digits.size()) - scale, count < 0);
 }
 
 String render_digits(const NumberMask& mask, const DecimalDigits& digits) {
     return render(mask, digits.view(), digits.point, digits.negative);
+}
+
+String render_double(const NumberMask& mask, Double value) {
+    if (const std::optional<Currency> amount = short_decimal(value)) {
+        return render_scaled(mask, amount->count, 4);
+    }
+    return render_digits(mask, digits_of(value));
 }
 
 // All digits of a numeric text, so that none is lost on a way through Double. A magnitude beyond
@@ -211,19 +247,20 @@ String under_number_mask(const Variant& value, StringView text_mask) {
     const NumberMask mask = take_apart(text_mask);
     return value.visit([&mask]<class T>(const T& held) -> String {
         if constexpr (std::same_as<T, EmptyValue>) {
-            return render_whole(mask, 0);
+            return render_scaled(mask, 0, 0);
         } else if constexpr (std::same_as<T, Byte> || std::same_as<T, Integer> ||
                              std::same_as<T, Long>) {
-            return render_whole(mask, held);
+            return render_scaled(mask, held, 0);
         } else if constexpr (std::same_as<T, Boolean>) {
-            return render_whole(mask, held ? -1 : 0);
+            return render_scaled(mask, held ? -1 : 0, 0);
         } else if constexpr (std::same_as<T, Currency>) {
-            return render_currency(mask, held);
-        } else if constexpr (std::same_as<T, Single> || std::same_as<T, Double> ||
-                             std::same_as<T, Decimal>) {
+            return render_scaled(mask, held.count, 4);
+        } else if constexpr (std::same_as<T, Double>) {
+            return render_double(mask, held);
+        } else if constexpr (std::same_as<T, Single> || std::same_as<T, Decimal>) {
             return render_digits(mask, digits_of(held));
         } else if constexpr (std::same_as<T, Date>) {
-            return render_digits(mask, digits_of(held.days));
+            return render_double(mask, held.days);
         } else if constexpr (std::same_as<T, String>) {
             const std::optional<NumericText> number = read_numeric_text(held, locale());
             return number ? render_numeric_text(mask, *number) : held;
@@ -236,10 +273,7 @@ String under_number_mask(const Variant& value, StringView text_mask) {
 // ---- Date masks -----------------------------------------------------------------------------
 
 void append_number(String& text, std::int32_t number, std::size_t width) {
-    char16_t buffer[12];
-    const char16_t* first = write_backward(std::end(buffer), static_cast<std::uint64_t>(number));
-    const auto count = static_cast<std::size_t>(std::end(buffer) - first);
-    text.append(width > count ? width - count : 0, u'0').append(first, count);
+    kvarta16::append_number(text, static_cast<std::uint64_t>(number), width);
 }
 
 std::int32_t weekday_from(WeekStart start, std::int32_t day) {
@@ -337,149 +371,7 @@ DateParts moment_of(const Variant& value) {
     return *parts;
 }
 
-// ---- Plain text -----------------------------------------------------------------------------
-
-String whole_text(std::int64_t number) {
-    char16_t buffer[24];
-    char16_t* first = write_backward(std::end(buffer), magnitude_of(number));
-    if (number < 0) {
-        *--first = u'-';
-    }
-    return {first, std::end(buffer)};
-}
-
-String currency_text(Currency value) {
-    std::uint64_t count = magnitude_of(value.count);
-    std::uint64_t part = count % 10000;
-    count /= 10000;
-    char16_t buffer[32];
-    char16_t* at = std::end(buffer);
-    if (part != 0) {
-        int decimals = 4;
-        for (; part % 10 == 0; part /= 10) {
-            --decimals;
-        }
-        for (; decimals > 0; --decimals, part /= 10) {
-            *--at = static_cast<char16_t>(u'0' + part % 10);
-        }
-        *--at = locale().decimal_separator;
-    }
-    at = write_backward(at, count);
-    if (value.count < 0) {
-        *--at = u'-';
-    }
-    return {at, std::end(buffer)};
-}
-
-void append_digits(String& text, std::string_view digits) {
-    text.append(digits.begin(), digits.end());
-}
-
-// Digits without trailing zeros, written out with their zeros.
-void append_plain(String& text, std::string_view digits, std::int32_t point) {
-    const auto count = static_cast<std::int32_t>(digits.size());
-    if (point <= 0) {
-        text += u'0';
-        text += locale().decimal_separator;
-        text.append(static_cast<std::size_t>(-point), u'0');
-        append_digits(text, digits);
-        return;
-    }
-    const auto before = static_cast<std::size_t>(std::min(point, count));
-    append_digits(text, digits.substr(0, before));
-    text.append(static_cast<std::size_t>(std::max(0, point - count)), u'0');
-    if (count > point) {
-        text += locale().decimal_separator;
-        append_digits(text, digits.substr(before));
-    }
-}
-
-void append_scientific(String& text, std::string_view digits, std::int32_t exponent) {
-    append_digits(text, digits.substr(0, 1));
-    if (digits.size() > 1) {
-        text += locale().decimal_separator;
-        append_digits(text, digits.substr(1));
-    }
-    text += exponent < 0 ? u"E-" : u"E+";
-    append_number(text, std::abs(exponent), 2);
-}
-
-// `places` is the number of significant digits; a number with more before its point, or with four
-// zeros behind it, is written with an exponent.
-String binary_text(const DecimalDigits& digits, std::int32_t places) {
-    String text = digits.negative ? u"-" : u"";
-    const std::int32_t exponent = digits.point - 1;
-    if (digits.count == 0) {
-        text += u'0';
-    } else if (exponent < -4 || exponent >= places) {
-        append_scientific(text, digits.view(), exponent);
-    } else {
-        append_plain(text, digits.view(), digits.point);
-    }
-    return text;
-}
-
-String decimal_text(const Decimal& value) {
-    const DecimalDigits digits = digits_of(value);
-    std::string_view shown = digits.view();
-    while (!shown.empty() && shown.back() == '0' &&
-           static_cast<std::int32_t>(shown.size()) > digits.point) {
-        shown.remove_suffix(1);
-    }
-    String text = digits.negative ? u"-" : u"";
-    if (shown.empty()) {
-        text += u'0';
-    } else {
-        append_plain(text, shown, digits.point);
-    }
-    return text;
-}
-
-String date_text(Date date) {
-    const std::optional<DateParts> parts = parts_of(date);
-    if (!parts) {
-        fail(error::type_mismatch);
-    }
-    constexpr StringView masks[] = {u"yyyy-mm-dd", u"dd-mm-yyyy", u"mm-dd-yyyy"};
-    const StringView mask = masks[static_cast<std::size_t>(locale().date_order)];
-    String text = render_date(mask, *parts, WeekStart::Monday);
-    std::ranges::replace(text, u'-', locale().date_separator);
-    if (!parts->is_midnight()) {
-        text += u' ' + render_date(u"hh:nn:ss", *parts, WeekStart::Monday);
-    }
-    return text;
-}
-
 }  // namespace
-
-String ToText(const Variant& value) {
-    return value.visit([]<class T>(const T& held) -> String {
-        if constexpr (std::same_as<T, EmptyValue>) {
-            return {};
-        } else if constexpr (std::same_as<T, NullValue>) {
-            fail(error::invalid_null);
-        } else if constexpr (std::same_as<T, Byte> || std::same_as<T, Integer> ||
-                             std::same_as<T, Long>) {
-            return whole_text(held);
-        } else if constexpr (std::same_as<T, Currency>) {
-            return currency_text(held);
-        } else if constexpr (std::same_as<T, Double>) {
-            return binary_text(digits_of(held), 15);
-        } else if constexpr (std::same_as<T, Single>) {
-            return binary_text(digits_of(held), 7);
-        } else if constexpr (std::same_as<T, Decimal>) {
-            return decimal_text(held);
-        } else if constexpr (std::same_as<T, Date>) {
-            return date_text(held);
-        } else if constexpr (std::same_as<T, Boolean>) {
-            return String(held ? locale().true_word : locale().false_word);
-        } else if constexpr (std::same_as<T, String>) {
-            return held;
-        } else {
-            fail(error::type_mismatch);
-        }
-    });
-}
 
 String FormatMask(const Variant& value, StringView mask, WeekStart week_start) {
     if (mask.empty()) {
@@ -493,7 +385,8 @@ String FormatMask(const Variant& value, StringView mask, WeekStart week_start) {
 
 String FormatMask(Currency value, StringView mask) {
     const NumberMask parts = take_apart(mask);
-    return fits_buffer(parts) ? render_currency(parts, value) : FormatMask(Variant(value), mask);
+    return fits_buffer(parts) ? render_count(parts, magnitude_of(value.count), 4, value.count < 0)
+                              : FormatMask(Variant(value), mask);
 }
 
 }  // namespace kvarta16

@@ -289,6 +289,13 @@ Double magnitude_of(const NumericText& number) {
     return read_word(number.mantissa, number.exponent);
 }
 
+// The text without its blanks, tabs and line feeds, copied to `target`.
+StringView without_blanks(StringView text, char16_t* target) {
+    const auto copied = std::ranges::copy_if(
+        text, target, [](char16_t unit) { return unit != u' ' && unit != u'\t' && unit != u'\n'; });
+    return {target, static_cast<std::size_t>(copied.out - target)};
+}
+
 }  // namespace
 
 std::optional<NumericText> read_numeric_text(StringView text, const Locale& settings) {
@@ -326,6 +333,39 @@ std::optional<NumericText> read_numeric_text(StringView text, const Locale& sett
     return reader.at_end() ? std::optional(number) : std::nullopt;
 }
 
+std::optional<Currency> read_plain_amount(StringView text, char16_t decimal_separator) noexcept {
+    constexpr std::size_t longest = 14;  // that many digits and four decimals: within 64 bits
+    const char16_t* at = text.data();
+    const char16_t* const end = at + text.size();
+    const bool negative = at != end && *at == u'-';
+    at += negative ? 1 : 0;
+    const char16_t* const first = at;
+    std::int64_t count = 0;
+    if (text.size() > longest) {
+        return std::nullopt;
+    }
+    while (at != end && is_digit(*at)) {
+        count = count * 10 + (*at++ - u'0');
+    }
+    if (at == first) {
+        return std::nullopt;
+    }
+    std::ptrdiff_t decimals = 0;
+    if (at != end && *at == decimal_separator) {
+        const char16_t* const behind_separator = ++at;
+        while (at != end && is_digit(*at)) {
+            count = count * 10 + (*at++ - u'0');
+        }
+        decimals = at - behind_separator;
+    }
+    if (at != end || decimals > 4) {
+        return std::nullopt;
+    }
+    constexpr std::int64_t missing_decimals[] = {10000, 1000, 100, 10, 1};
+    count *= missing_decimals[decimals];
+    return Currency::raw(negative ? -count : count);
+}
+
 std::int64_t scaled(const NumericText& number, std::int32_t power) {
     if (number.beyond_word) {
         fail(error::overflow);
@@ -351,14 +391,12 @@ Double nearest_double(const NumericText& number) {
 }
 
 Double read_prefix(StringView text) {
-    // Blanks, tabs and line feeds are skipped wherever they stand, so they are taken out first;
-    // short texts without any, nearly all, are read where they are.
-    String without_blanks;
+    // Blanks, tabs and line feeds are skipped wherever they stand, so they are taken out first.
+    char16_t buffer[64];
+    String longer;
     if (text.find_first_of(u" \t\n") != StringView::npos) {
-        std::ranges::copy_if(text, std::back_inserter(without_blanks), [](char16_t unit) {
-            return unit != u' ' && unit != u'\t' && unit != u'\n';
-        });
-        text = without_blanks;
+        text = text.size() <= std::size(buffer) ? without_blanks(text, buffer)
+                                                : without_blanks(text, (longer = text).data());
     }
     Reader reader(text);
     NumericText number;

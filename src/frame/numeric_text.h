@@ -28,6 +28,12 @@ struct NumericText {
 // Takes apart a text that is numeric under the settings, all of it; nothing if it is not.
 [[nodiscard]] std::optional<NumericText> read_numeric_text(StringView text, const Locale& settings);
 
+// The amount of a text as nearly all amounts are written: an optional "-", digits, and at most four
+// decimals, nothing else and not too long. Nothing for any other text, which is then for
+// read_numeric_text; where both read a text they read the same.
+[[nodiscard]] std::optional<Currency> read_plain_amount(StringView text,
+                                                        char16_t decimal_separator) noexcept;
+
 // The number times ten to `power`, to the nearest whole, a tie to the even one. Fails: 6 beyond
 // 64 bits.
 [[nodiscard]] std::int64_t scaled(const NumericText& number, std::int32_t power);

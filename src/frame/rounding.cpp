@@ -30,13 +30,16 @@ Double round_half_even(Double value, Integer decimals) {
     if (!std::isfinite(product)) {
         return value;  // so many decimals that there is nothing to round
     }
-    Double whole = 0;
-    const Double fraction = std::abs(std::modf(product, &whole));
-    const bool odd = std::fmod(whole, 2.0) != 0;
-    if (fraction > 0.5 || (fraction == 0.5 && odd)) {
+    constexpr Double all_whole = 4503599627370496.0;  // 2^52: no Double from here on has a fraction
+    if (std::abs(product) >= all_whole) {
+        return product / power;
+    }
+    auto whole = static_cast<std::int64_t>(product);
+    const Double fraction = std::abs(product - static_cast<Double>(whole));
+    if (fraction > 0.5 || (fraction == 0.5 && whole % 2 != 0)) {
         whole += product < 0 ? -1 : 1;
     }
-    return whole / power;
+    return static_cast<Double>(whole) / power;
 }
 
 Currency round_half_even(Currency value, Integer decimals) {
