@@ -1,4 +1,7 @@
+#include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <type_traits>
 
@@ -65,6 +68,22 @@ Double double_of(Currency value) {
     number.mantissa = magnitude_of(value.count);
     number.exponent = -4;
     return nearest_double(number);
+}
+
+Double double_of(const Decimal& value) {
+    const NumericText number = number_of(value);
+    if (number.tail_digit == 0 && !number.tail_rest) {
+        return nearest_double(number);
+    }
+    // More digits than a machine word has room for: all of them tell the nearest Double.
+    const DecimalDigits digits = digits_of(value);
+    char text[DecimalDigits::capacity + 8];
+    char* end = std::copy_n(digits.buffer, digits.count, text);
+    *end++ = 'e';
+    end = std::to_chars(end, std::end(text), -value.scale).ptr;
+    Double magnitude = 0;
+    std::from_chars(text, end, magnitude);
+    return value.negative ? -magnitude : magnitude;
 }
 
 // The coercion of every subtype to a whole number of the target's range.
@@ -175,7 +194,7 @@ Double to_double(const Variant& value) {
         } else if constexpr (std::same_as<T, Currency>) {
             return double_of(held);
         } else if constexpr (std::same_as<T, Decimal>) {
-            return nearest_double(number_of(held));
+            return double_of(held);
         } else {
             const Double number = nearest_double(numeric_text(held));
             if (!std::isfinite(number)) {

@@ -139,8 +139,9 @@ std::optional<std::int32_t> day_of(const TakenParts& taken, const Locale& settin
                          Order{DateOrder::DayMonthYear, 2, 1, 0},
                          Order{DateOrder::MonthDayYear, 2, 0, 1}};
     // The machine's own order first; the others keep theirs.
-    std::ranges::stable_partition(
-        orders, [&settings](const Order& order) { return order.name == settings.date_order; });
+    std::stable_partition(orders.begin(), orders.end(), [&settings](const Order& order) {
+        return order.name == settings.date_order;
+    });
     for (const Order& order : orders) {
         if (const auto day =
                 day_in_order(taken.parts, order.year_at, order.month_at, order.day_at)) {
