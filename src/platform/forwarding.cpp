@@ -1,0 +1,280 @@
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <kvarta16/platform/forwarding.h>
+
+namespace kvarta16 {
+namespace ado {
+
+ForwardingRecordset::ForwardingRecordset(std::shared_ptr<Recordset> target) noexcept
+    : target_(std::move(target)) {}
+
+void ForwardingRecordset::Open(StringView source,
+                               const std::shared_ptr<Connection>& active_connection,
+                               CursorType cursor_type, LockType lock_type, Long options) {
+    const auto* wrapper = dynamic_cast<const ForwardingConnection*>(active_connection.get());
+    target_->Open(source, wrapper != nullptr ? wrapper->target() : active_connection, cursor_type,
+                  lock_type, options);
+}
+
+Field& ForwardingRecordset::Fields(const Variant& item) {
+    Field& field = target_->Fields(item);
+    std::unique_ptr<Field>& wrapper = fields_[&field];
+    if (wrapper == nullptr) {
+        wrapper = wrap(field);
+    }
+    return *wrapper;
+}
+
+std::unique_ptr<Field> ForwardingRecordset::wrap(Field& field) {
+    return std::make_unique<ForwardingField>(field);
+}
+
+ForwardingConnection::ForwardingConnection(std::shared_ptr<Connection> target) noexcept
+    : target_(std::move(target)) {}
+
+std::shared_ptr<Recordset> ForwardingConnection::CreateRecordset() {
+    return std::make_shared<ForwardingRecordset>(target_->CreateRecordset());
+}
+
+}  // namespace ado
+
+namespace {
+
+struct OperationName {
+    Operation operation;
+    std::string_view object;
+    std::string_view name;
+};
+
+constexpr auto operation_names = std::to_array<OperationName>({
+    {Operation::ConnectionCreateRecordset, "Connection", "CreateRecordset"},
+    {Operation::ConnectionBeginTrans, "Connection", "BeginTrans"},
+    {Operation::ConnectionCommitTrans, "Connection", "CommitTrans"},
+    {Operation::ConnectionRollbackTrans, "Connection", "RollbackTrans"},
+    {Operation::ConnectionClose, "Connection", "Close"},
+    {Operation::RecordsetOpen, "Recordset", "Open"},
+    {Operation::RecordsetEof, "Recordset", "EOF"},
+    {Operation::RecordsetAddNew, "Recordset", "AddNew"},
+    {Operation::RecordsetFields, "Recordset", "Fields"},
+    {Operation::RecordsetUpdateBatch, "Recordset", "UpdateBatch"},
+    {Operation::RecordsetMoveNext, "Recordset", "MoveNext"},
+    {Operation::RecordsetClose, "Recordset", "Close"},
+    {Operation::FieldName, "Field", "Name"},
+    {Operation::FieldValue, "Field", "Value"},
+    {Operation::MessageBoxesMsgBox, "MessageBoxes", "MsgBox"},
+    {Operation::ClockNow, "Clock", "Now"},
+    {Operation::SleeperSleep, "Sleeper", "Sleep"},
+});
+
+std::vector<Operation> operations_named(std::string_view wanted) {
+    const std::size_t dot = wanted.find('.');
+    const bool has_object = dot != std::string_view::npos;
+    const std::string_view object = wanted.substr(0, has_object ? dot : 0);
+    const std::string_view name = wanted.substr(has_object ? dot + 1 : 0);
+    std::vector<Operation> operations;
+    for (const OperationName& entry : operation_names) {
+        if (entry.name == name && (!has_object || entry.object == object)) {
+            operations.push_back(entry.operation);
+        }
+    }
+    return operations;
+}
+
+using Plan = std::shared_ptr<FaultPlan>;
+
+class FaultingField final : public ado::ForwardingField {
+  public:
+    FaultingField(ado::Field& target, Plan plan) noexcept
+        : ForwardingField(target), plan_(std::move(plan)) {}
+
+    String Name() override {
+        plan_->count_call(Operation::FieldName);
+        return ForwardingField::Name();
+    }
+    Variant Value() override {
+        plan_->count_call(Operation::FieldValue);
+        return ForwardingField::Value();
+    }
+    void PutValue(const Variant& value) override {
+        plan_->count_call(Operation::FieldValue);
+        ForwardingField::PutValue(value);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingRecordset final : public ado::ForwardingRecordset {
+  public:
+    FaultingRecordset(std::shared_ptr<ado::Recordset> target, Plan plan) noexcept
+        : ForwardingRecordset(std::move(target)), plan_(std::move(plan)) {}
+
+    void Open(StringView source, const std::shared_ptr<ado::Connection>& active_connection,
+              ado::CursorType cursor_type, ado::LockType lock_type, Long options) override {
+        plan_->count_call(Operation::RecordsetOpen);
+        ForwardingRecordset::Open(source, active_connection, cursor_type, lock_type, options);
+    }
+    bool IsEOF() override {
+        plan_->count_call(Operation::RecordsetEof);
+        return ForwardingRecordset::IsEOF();
+    }
+    void AddNew() override {
+        plan_->count_call(Operation::RecordsetAddNew);
+        ForwardingRecordset::AddNew();
+    }
+    ado::Field& Fields(const Variant& item) override {
+        plan_->count_call(Operation::RecordsetFields);
+        return ForwardingRecordset::Fields(item);
+    }
+    void UpdateBatch(ado::Affect affect_records) override {
+        plan_->count_call(Operation::RecordsetUpdateBatch);
+        ForwardingRecordset::UpdateBatch(affect_records);
+    }
+    void MoveNext() override {
+        plan_->count_call(Operation::RecordsetMoveNext);
+        ForwardingRecordset::MoveNext();
+    }
+    void Close() override {
+        plan_->count_call(Operation::RecordsetClose);
+        ForwardingRecordset::Close();
+    }
+
+  protected:
+    std::unique_ptr<ado::Field> wrap(ado::Field& field) override {
+        return std::make_unique<FaultingField>(field, plan_);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingConnection final : public ado::ForwardingConnection {
+  public:
+    FaultingConnection(std::shared_ptr<ado::Connection> target, Plan plan) noexcept
+        : ForwardingConnection(std::move(target)), plan_(std::move(plan)) {}
+
+    std::shared_ptr<ado::Recordset> CreateRecordset() override {
+        plan_->count_call(Operation::ConnectionCreateRecordset);
+        return std::make_shared<FaultingRecordset>(target()->CreateRecordset(), plan_);
+    }
+    void BeginTrans() override {
+        plan_->count_call(Operation::ConnectionBeginTrans);
+        ForwardingConnection::BeginTrans();
+    }
+    void CommitTrans() override {
+        plan_->count_call(Operation::ConnectionCommitTrans);
+        ForwardingConnection::CommitTrans();
+    }
+    void RollbackTrans() override {
+        plan_->count_call(Operation::ConnectionRollbackTrans);
+        ForwardingConnection::RollbackTrans();
+    }
+    void Close() override {
+        plan_->count_call(Operation::ConnectionClose);
+        ForwardingConnection::Close();
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingBoxes final : public ForwardingBoxes {
+  public:
+    FaultingBoxes(MessageBoxes& target, Plan plan) noexcept
+        : ForwardingBoxes(target), plan_(std::move(plan)) {}
+
+    MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override {
+        plan_->count_call(Operation::MessageBoxesMsgBox);
+        return ForwardingBoxes::MsgBox(text, style, title);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingClock final : public ForwardingClock {
+  public:
+    FaultingClock(Clock& target, Plan plan) noexcept
+        : ForwardingClock(target), plan_(std::move(plan)) {}
+
+    Date Now() override {
+        plan_->count_call(Operation::ClockNow);
+        return ForwardingClock::Now();
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingSleeper final : public ForwardingSleeper {
+  public:
+    FaultingSleeper(Sleeper& target, Plan plan) noexcept
+        : ForwardingSleeper(target), plan_(std::move(plan)) {}
+
+    void Sleep(Long milliseconds) override {
+        plan_->count_call(Operation::SleeperSleep);
+        ForwardingSleeper::Sleep(milliseconds);
+    }
+
+  private:
+    Plan plan_;
+};
+
+}  // namespace
+
+void FaultPlan::fail_at(std::string_view operation, Long n, FaultSpan span, Long number) {
+    std::vector<Operation> operations = operations_named(operation);
+    if (operations.empty()) {
+        throw std::invalid_argument("no operation of the platform is named \"" +
+                                    std::string(operation) + "\"");
+    }
+    if (n < 1) {
+        throw std::invalid_argument("calls are counted from 1");
+    }
+    faults_.push_back({std::move(operations), n, span, number});
+}
+
+void FaultPlan::count_call(Operation operation) {
+    std::optional<Long> due;
+    for (Fault& fault : faults_) {
+        if (std::ranges::find(fault.operations, operation) == fault.operations.end()) {
+            continue;
+        }
+        if (fault.calls_left > 1) {
+            --fault.calls_left;
+            continue;
+        }
+        // Used up by a Once; a FromThenOn stays at 1.
+        fault.calls_left = fault.span == FaultSpan::Once ? 0 : 1;
+        due = due.value_or(fault.number);
+    }
+    std::erase_if(faults_, [](const Fault& fault) { return fault.calls_left == 0; });
+    if (due.has_value()) {
+        ++failed_calls_;
+        throw Failure(*due);
+    }
+}
+
+std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
+                                          std::shared_ptr<FaultPlan> plan) {
+    return std::make_shared<FaultingConnection>(std::move(target), std::move(plan));
+}
+
+std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target, std::shared_ptr<FaultPlan> plan) {
+    return std::make_unique<FaultingBoxes>(target, std::move(plan));
+}
+
+std::unique_ptr<Clock> faulting(Clock& target, std::shared_ptr<FaultPlan> plan) {
+    return std::make_unique<FaultingClock>(target, std::move(plan));
+}
+
+std::unique_ptr<Sleeper> faulting(Sleeper& target, std::shared_ptr<FaultPlan> plan) {
+    return std::make_unique<FaultingSleeper>(target, std::move(plan));
+}
+
+}  // namespace kvarta16

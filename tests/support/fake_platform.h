@@ -1,0 +1,69 @@
+// A platform that nobody sits in front of: boxes with answers prepared by the test, a clock that
+// stands where it is set, pauses that are only written down.
+//
+//   FakePlatform fake;
+//   fake.boxes.answers = {MsgBoxResult::Yes};
+//   Akt().Ustaw_stawki_ryczałtu(db, true, true);
+//   EXPECT_EQ(fake.boxes.shown.size(), 1);
+#pragma once
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+#include <kvarta16/platform/platform.h>
+
+namespace kvarta16::testing_support {
+
+class RecordingBoxes final : public MessageBoxes {
+  public:
+    struct Box {
+        String text;
+        Long style;
+        std::optional<String> title;
+        MsgBoxResult answer;
+    };
+
+    // Answers from the front of the queue; as nobody would when it is empty.
+    MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override {
+        MsgBoxResult answer = unattended_answer(style);
+        if (!answers.empty()) {
+            answer = answers.front();
+            answers.pop_front();
+        }
+        shown.push_back({String(text), style, std::optional<String>(title), answer});
+        return answer;
+    }
+
+    std::deque<MsgBoxResult> answers;
+    std::vector<Box> shown;
+};
+
+class SettableClock final : public Clock {
+  public:
+    Date Now() override {
+        ++reads;
+        return now;
+    }
+
+    Date now{45429.5};  // 2024-05-17 12:00
+    int reads = 0;
+};
+
+class RecordingSleeper final : public Sleeper {
+  public:
+    void Sleep(Long milliseconds) override { sleeps.push_back(milliseconds); }
+
+    std::vector<Long> sleeps;  // milliseconds
+};
+
+// The three of them, in force on the test's thread as long as this lives.
+struct FakePlatform {
+    RecordingBoxes boxes;
+    SettableClock clock;
+    RecordingSleeper sleeper;
+    Platform operations{&boxes, &clock, &sleeper};
+    ScopedPlatform scope{operations};
+};
+
+}  // namespace kvarta16::testing_support
