@@ -1,0 +1,132 @@
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include <sqlite3.h>
+
+#include <kvarta16/frame/utf8.h>
+#include <kvarta16/platform/sqlite/sqlite_errors.h>
+
+namespace kvarta16::sqlite {
+namespace {
+
+struct Entry {
+    int code;  // of the engine, primary or extended
+    Long number;
+    StringView text;
+};
+
+// An extended code that is not listed counts as its primary one.
+constexpr Entry entries[] = {
+    {SQLITE_PERM, 3051, u"The file may not be opened"},
+    {SQLITE_BUSY, 3260, u"The file is locked by another program"},
+    {SQLITE_LOCKED, 3260, u"The table is locked by another user of the connection"},
+    {SQLITE_NOMEM, 7, u"Out of memory"},
+    {SQLITE_READONLY, 3027, u"The file is read-only"},
+    {SQLITE_INTERRUPT, 3059, u"The operation was interrupted"},
+    {SQLITE_IOERR, 3043, u"Reading or writing the disk failed"},
+    {SQLITE_IOERR_NOMEM, 7, u"Out of memory"},
+    {SQLITE_CORRUPT, 3428, u"The file is damaged"},
+    {SQLITE_FULL, 3026, u"There is no space left for the file"},
+    {SQLITE_CANTOPEN, 3051, u"The file cannot be opened"},
+    {SQLITE_PROTOCOL, 3260, u"The file is locked by another program"},
+    {SQLITE_SCHEMA, 3260, u"Another program keeps changing the tables"},
+    {SQLITE_TOOBIG, 3047, u"The value or the statement is too long"},
+    {SQLITE_CONSTRAINT, 3317, u"A rule of the table does not allow the value"},
+    {SQLITE_CONSTRAINT_CHECK, 3317, u"A rule of the table does not allow the value"},
+    {SQLITE_CONSTRAINT_NOTNULL, 3314, u"A required column has no value"},
+    {SQLITE_CONSTRAINT_UNIQUE, 3022, u"The row would be a duplicate of another"},
+    {SQLITE_CONSTRAINT_PRIMARYKEY, 3022, u"The row would be a duplicate of another"},
+    {SQLITE_CONSTRAINT_ROWID, 3022, u"The row would be a duplicate of another"},
+    {SQLITE_CONSTRAINT_FOREIGNKEY, 3201,
+     u"The row of another table that this one needs is missing"},
+    {SQLITE_CONSTRAINT_DATATYPE, 3421, u"The column does not take a value of this type"},
+    {SQLITE_MISMATCH, 3421, u"The column does not take a value of this type"},
+    {SQLITE_MISUSE, 51, u"Internal error"},
+    {SQLITE_NOLFS, 3043, u"The system cannot hold so large a file"},
+    {SQLITE_AUTH, 3033, u"No permission"},
+    {SQLITE_NOTADB, 3343, u"The file is no database of this kind"},
+};
+
+// Faults of a statement all have one code; the engine's message tells them apart.
+struct StatementFault {
+    std::string_view beginning;
+    Long number;
+    StringView text;
+};
+constexpr StatementFault statement_faults[] = {
+    {"no such table", error_no_table, u"There is no such table"},
+    {"no such column", error_unknown_name, u"There is no such column"},
+    {"near ", error_syntax, u"Syntax error in the statement"},
+    {"incomplete input", error_syntax, u"Syntax error in the statement"},
+    {"unrecognized token", error_syntax, u"Syntax error in the statement"},
+    {"Expression tree is too large", 3360, u"The statement is too complex"},
+    {"parser stack overflow", 3360, u"The statement is too complex"},
+    {"too many SQL variables", 3360, u"The statement is too complex"},
+};
+constexpr Entry unlisted = {SQLITE_ERROR, 3000, u"The database engine reports an error"};
+
+Entry entry_of(int result_code, std::string_view engine_message) {
+    for (const int code : {result_code, result_code & 0xFF}) {
+        const auto* found = std::ranges::find(entries, code, &Entry::code);
+        if (found != std::end(entries)) {
+            return *found;
+        }
+    }
+    for (const StatementFault& fault : statement_faults) {
+        if (engine_message.starts_with(fault.beginning)) {
+            return {result_code, fault.number, fault.text};
+        }
+    }
+    if (engine_message.ends_with("already exists")) {
+        return {result_code, 3010, u"There is a table of that name already"};
+    }
+    return unlisted;
+}
+
+[[noreturn]] void raise(Long number, StringView text, std::string_view place,
+                        std::string_view engine_message) {
+    String description(text);
+    description.append(u": ").append(from_utf8(place));
+    description.append(u" (").append(from_utf8(engine_message)).append(u")");
+    throw Failure(number, std::move(description));
+}
+
+// What the file system says of a file that the engine could not open.
+Entry opening_entry(const std::filesystem::path& path, bool may_create) {
+    std::error_code ignored;  // what cannot be looked at is not called missing
+    const std::filesystem::path folder = path.parent_path();
+    if (std::filesystem::status(path, ignored).type() != std::filesystem::file_type::not_found) {
+        return {SQLITE_CANTOPEN, error_cannot_open, u"There is no permission to open the file"};
+    }
+    if (!may_create) {
+        return {SQLITE_CANTOPEN, error_file_not_found, u"There is no such file"};
+    }
+    if (!folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
+        return {SQLITE_CANTOPEN, error_invalid_path, u"There is no such folder for the file"};
+    }
+    return {SQLITE_CANTOPEN, error_cannot_open, u"There is no permission to make the file"};
+}
+
+}  // namespace
+
+void fail_with(int result_code, std::string_view engine_message, std::string_view place) {
+    const Entry entry = entry_of(result_code, engine_message);
+    raise(entry.number, entry.text, place, engine_message);
+}
+
+void fail_to_open(int result_code, std::string_view engine_message, bool may_create,
+                  std::string_view path) {
+    if ((result_code & 0xFF) != SQLITE_CANTOPEN) {
+        fail_with(result_code, engine_message, path);
+    }
+    const Entry entry = opening_entry(path, may_create);
+    raise(entry.number, entry.text, path, engine_message);
+}
+
+void fail_about(Long number, StringView text, StringView name) {
+    String description(text);
+    throw Failure(number, description.append(u": ").append(name));
+}
+
+}  // namespace kvarta16::sqlite
