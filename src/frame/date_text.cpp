@@ -246,16 +246,12 @@ Date MakeDate(Integer year, Integer month, Integer day) {
     const std::int32_t months = full_year(year) * 12 + month - 1;
     // Division towards minus infinity, so that month 0 is December of the year before.
     const std::int32_t full = months >= 0 ? months / 12 : (months - 11) / 12;
-    constexpr std::int32_t first_year = 100;
-    constexpr std::int32_t last_year = 9999;
-    // A day moves the date by less than 90 years, and no more: years far outside need no look.
-    if (full < 0 || full > last_year + 100) {
+    if (full < 100 || full > 9999) {
         fail(error::invalid_call);
     }
     const std::int32_t number = day_number(full, months - full * 12 + 1, day);
-    if (full < first_year || full > last_year || number < first_day_number ||
-        number > last_day_number) {
-        fail(error::invalid_call);
+    if (number < first_day_number || number > last_day_number) {
+        fail(error::overflow);
     }
     return {static_cast<Double>(number)};
 }

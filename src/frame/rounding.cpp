@@ -84,6 +84,8 @@ Decimal round_half_even(Decimal value, Integer decimals) {
         rounded.middle += rounded.low == 0 ? 1 : 0;
         rounded.high += rounded.low == 0 && rounded.middle == 0 ? 1 : 0;
     }
+    // Cut to nothing it is zero, and zero has no sign.
+    rounded.negative = rounded.negative && (rounded.low | rounded.middle | rounded.high) != 0;
     return rounded;
 }
 

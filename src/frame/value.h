@@ -100,7 +100,8 @@ enum class WeekStart : std::uint8_t { Monday, Sunday };
 
 // The date of a year, month and day. Years 0 to 29 are 2000 to 2029, 30 to 99 are 1930 to 1999;
 // then a month outside 1 to 12 rolls over into other years, then a day outside the month into
-// other months. Fails: 5 if that leaves the years 100 to 9999.
+// other months. Fails: 5 if the year, with the months rolled over, is outside 100 to 9999; 6 if
+// the days then leave these years.
 [[nodiscard]] Date MakeDate(Integer year, Integer month, Integer day);
 
 // ---- Rounding -------------------------------------------------------------------------------

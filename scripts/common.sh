@@ -1,0 +1,69 @@
+# shellcheck shell=bash disable=SC2034 # the lists are for those that source it
+# What run, test and .ci/run share: where the project lies, which Debian packages each of
+# them needs, and how a missing one is installed. This file is sourced, not run.
+
+root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
+
+build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev nlohmann-json3-dev)
+test_packages=("${build_packages[@]}" libgtest-dev libgmock-dev python3 sqlite3)
+
+# A compiler cache is used where there is one; nothing depends on it.
+if [[ -z ${CMAKE_CXX_COMPILER_LAUNCHER:-} ]] && command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+
+fail() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+jobs() {
+    nproc 2>/dev/null || echo 2
+}
+
+package_is_installed() {
+    [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+# Installs those of the named Debian packages that are missing. With all of them there, apt is
+# not called at all. On another system the configuring step says what is missing.
+ensure_packages() {
+    command -v dpkg-query >/dev/null && command -v apt-get >/dev/null || return 0
+    local package missing=() as_root=()
+    for package in "$@"; do
+        package_is_installed "$package" || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+
+    if ((EUID != 0)); then
+        command -v sudo >/dev/null ||
+            fail "please install as root: apt-get install ${missing[*]}"
+        as_root=(sudo)
+    fi
+    printf 'Installing %s\n' "${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { "${as_root[@]}" apt-get -qq update &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get -qq install --yes --no-install-recommends "${missing[@]}"; } \
+        </dev/null >"$log" 2>&1; then
+        cat -- "$log" >&2
+        rm -f -- "$log"
+        fail "could not install: ${missing[*]}"
+    fi
+    rm -f -- "$log"
+}
+
+# Configures a preset into build/PRESET; further arguments are passed to cmake.
+configure() {
+    local preset=$1
+    shift
+    (cd -- "$root" && cmake --log-level=WARNING --preset "$preset" "$@" >/dev/null)
+}
+
+# Builds a configured preset; further arguments are passed to cmake.
+build() {
+    local preset=$1
+    shift
+    cmake --build "$root/build/$preset" --parallel "$(jobs)" "$@"
+}
