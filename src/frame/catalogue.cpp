@@ -1,7 +1,12 @@
 #include <algorithm>
 
+#include <kvarta16/ciphers/d1enc.h>
+#include <kvarta16/ciphers/dsEncrypt.h>
+#include <kvarta16/dates/aDaty.h>
+#include <kvarta16/dates/aproste.h>
 #include <kvarta16/frame/amain.h>
 #include <kvarta16/frame/catalogue.h>
+#include <kvarta16/numbers/ClsSlownie.h>
 #include <kvarta16/numbers/aLiczby.h>
 #include <kvarta16/statutory/Akt.h>
 #include <kvarta16/text/Class3.h>
@@ -53,13 +58,10 @@ constexpr EventInfo ftp_event_list[] = {transfer_progress};
 constexpr EventInterface ftp_events{u"__clsFTP", ftp_event_list};
 
 constexpr ClassInfo classes[] = {
-    planned(u"dsEncrypt", Instancing::Creatable, "89F7DF17-7B2C-4056-97CB-11407F49E97C",
-            "D281E243-86E6-486A-9C34-F898AF233E16"),
-    planned(u"d1enc", Instancing::Creatable, "E09AAF7D-0CAE-4963-B9F8-E03C7BA756A1",
-            "5587CFA7-7844-4FB3-9775-920EF092852E"),
+    built<dsEncrypt>(),
+    built<d1enc>(),
     built<aChar>(),
-    planned(u"aDaty", Instancing::Global, "A8F04341-6047-45DD-845D-E3DA7934D58C",
-            "641E72E5-9269-4AE4-B2BB-3D367169AB5C"),
+    built<aDaty>(),
     planned(u"aIO", Instancing::Global, "605D0F3D-4B17-4157-BF8D-BECAB55DABD0",
             "F024779C-BFDC-438E-ABB1-A47E21D42416"),
     planned(u"Kadry", Instancing::Global, "AC8CCDF9-407F-4ECA-876D-ED06341EBB57",
@@ -68,16 +70,14 @@ constexpr ClassInfo classes[] = {
     built<amain>(),
     planned(u"amenu", Instancing::Global, "67ECFA56-A11A-4E2D-AB52-E783D202F467",
             "FFA00AA7-8A5A-4B13-A4D1-7CC6E4BF57FE"),
-    planned(u"aproste", Instancing::Global, "B0CD1AC5-3C94-431F-A082-BEFB495696CB",
-            "30FCABA2-5DB2-4997-9FF5-09DDD3C10681"),
+    built<aproste>(),
     planned(u"aregistry", Instancing::Global, "BF30E8AA-ECCD-41D9-88C1-32ABAFD9BA96",
             "42305B2E-90A7-466A-98A7-DE080FB3E3D7"),
     planned(u"clsFTP", Instancing::Creatable, "A6D17925-FA46-4C3D-AAA2-D21CCF606A04",
             "793EF039-40CD-42F9-8444-32C884C0C3C0", &ftp_events),
     planned(u"ClsPrint", Instancing::Creatable, "5D64C964-C4AE-4E0D-BDE9-4606E9607042",
             "79EE7936-7692-4DB0-ADB6-747CDFB2C5E7"),
-    planned(u"ClsSłownie", Instancing::Creatable, "A0C8762D-9650-4919-8F38-CB743A71425B",
-            "B2699693-C426-432A-856F-87B5EA493A04"),
+    built<ClsSłownie>(),
     planned(u"Baza", Instancing::Global, "61485FDF-89F0-4CEE-94BC-12FA16AB4B4A",
             "54674E0D-4A31-4851-9FCA-F01684BBD203"),
     planned(u"CBrowseForFolders", Instancing::Global, "C0CFB165-12F5-4A89-8E2A-E3C2F4F5FF01",

@@ -8,6 +8,8 @@
 
 #include <utility>
 
+#include <kvarta16/dates/aDaty.h>
+#include <kvarta16/dates/aproste.h>
 #include <kvarta16/numbers/aLiczby.h>
 #include <kvarta16/text/Class3.h>
 #include <kvarta16/text/aChar.h>
@@ -64,6 +66,24 @@ decltype(auto) StrDoPrawej(auto&&... arguments) {
     return instance<aChar>().StrDoPrawej(std::forward<decltype(arguments)>(arguments)...);
 }
 
+decltype(auto) KonwertLitery(auto&&... arguments) {
+    return instance<aChar>().KonwertLitery(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) KonwertNaMaz(auto&&... arguments) {
+    return instance<aChar>().KonwertNaMaz(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) KonwertPlatnik(auto&&... arguments) {
+    return instance<aChar>().KonwertPlatnik(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) KonwertNaWin(auto&&... arguments) {
+    return instance<aChar>().KonwertNaWin(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) konwertNaBPL(auto&&... arguments) {
+    return instance<aChar>().konwertNaBPL(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Konwert_lan(auto&&... arguments) {
+    return instance<aChar>().Konwert_lan(std::forward<decltype(arguments)>(arguments)...);
+}
 // Class3
 decltype(auto) Myslnik_Usun(auto&&... arguments) {
     return instance<Class3>().Myslnik_Usun(std::forward<decltype(arguments)>(arguments)...);
@@ -181,6 +201,167 @@ decltype(auto) Num2Dot(auto&&... arguments) {
 decltype(auto) VarR2SiPL(auto&&... arguments) {
     return instance<aLiczby>().VarR2SiPL(std::forward<decltype(arguments)>(arguments)...);
 }
+decltype(auto) PoliczWyrażenie(auto&&... arguments) {
+    return instance<aLiczby>().PoliczWyrażenie(std::forward<decltype(arguments)>(arguments)...);
+}
+// aDaty
+decltype(auto) RóżnicaDat(auto&&... arguments) {
+    return instance<aDaty>().RóżnicaDat(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BOWeek(auto&&... arguments) {
+    return instance<aDaty>().BOWeek(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) EOWeek(auto&&... arguments) {
+    return instance<aDaty>().EOWeek(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BOYear(auto&&... arguments) {
+    return instance<aDaty>().BOYear(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) EOYear(auto&&... arguments) {
+    return instance<aDaty>().EOYear(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BOMonth(auto&&... arguments) {
+    return instance<aDaty>().BOMonth(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) EOMonth(auto&&... arguments) {
+    return instance<aDaty>().EOMonth(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) ToDayMonth(auto&&... arguments) {
+    return instance<aDaty>().ToDayMonth(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BOWeek2(auto&&... arguments) {
+    return instance<aDaty>().BOWeek2(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DzieńDoDnia(auto&&... arguments) {
+    return instance<aDaty>().DzieńDoDnia(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DzieńDoDnia2(auto&&... arguments) {
+    return instance<aDaty>().DzieńDoDnia2(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) YearN(auto&&... arguments) {
+    return instance<aDaty>().YearN(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) MonthN(auto&&... arguments) {
+    return instance<aDaty>().MonthN(std::forward<decltype(arguments)>(arguments)...);
+}
+
+// aproste
+decltype(auto) DateSerialSpr(auto&&... arguments) {
+    return instance<aproste>().DateSerialSpr(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) ObetnijGodz(auto&&... arguments) {
+    return instance<aproste>().ObetnijGodz(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Str2Date(auto&&... arguments) {
+    return instance<aproste>().Str2Date(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Date2Str(auto&&... arguments) {
+    return instance<aproste>().Date2Str(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) FlexStr2DateNOW(auto&&... arguments) {
+    return instance<aproste>().FlexStr2DateNOW(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) FlexStr2Date(auto&&... arguments) {
+    return instance<aproste>().FlexStr2Date(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Flex2DateStr(auto&&... arguments) {
+    return instance<aproste>().Flex2DateStr(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) FormatSD(auto&&... arguments) {
+    return instance<aproste>().FormatSD(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) FormatSDS(auto&&... arguments) {
+    return instance<aproste>().FormatSDS(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) FormatDS(auto&&... arguments) {
+    return instance<aproste>().FormatDS(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) NazwaMiesiąca(auto&&... arguments) {
+    return instance<aproste>().NazwaMiesiąca(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) CzekajSek(auto&&... arguments) {
+    return instance<aproste>().CzekajSek(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) MinMax(auto&&... arguments) {
+    return instance<aproste>().MinMax(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) MinMaxi(auto&&... arguments) {
+    return instance<aproste>().MinMaxi(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) max(auto&&... arguments) {
+    return instance<aproste>().max(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) MAXi(auto&&... arguments) {
+    return instance<aproste>().MAXi(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) TrueFalseStr(auto&&... arguments) {
+    return instance<aproste>().TrueFalseStr(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) AnyBool2Int(auto&&... arguments) {
+    return instance<aproste>().AnyBool2Int(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Bool2Str(auto&&... arguments) {
+    return instance<aproste>().Bool2Str(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Check2Str(auto&&... arguments) {
+    return instance<aproste>().Check2Str(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Bool2Int(auto&&... arguments) {
+    return instance<aproste>().Bool2Int(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Str2Bool(auto&&... arguments) {
+    return instance<aproste>().Str2Bool(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Zamień(auto&&... arguments) {
+    return instance<aproste>().Zamień(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Bez_1310(auto&&... arguments) {
+    return instance<aproste>().Bez_1310(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Bez_1310_spc(auto&&... arguments) {
+    return instance<aproste>().Bez_1310_spc(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Nazwa_pliu_z____(auto&&... arguments) {
+    return instance<aproste>().Nazwa_pliu_z____(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Obcinaj(auto&&... arguments) {
+    return instance<aproste>().Obcinaj(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) obcinaj_do_Przecinka(auto&&... arguments) {
+    return instance<aproste>().obcinaj_do_Przecinka(
+        std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) obcinaj_v(auto&&... arguments) {
+    return instance<aproste>().obcinaj_v(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) TrimMinus(auto&&... arguments) {
+    return instance<aproste>().TrimMinus(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Make_K1234(auto&&... arguments) {
+    return instance<aproste>().Make_K1234(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Make_1234K(auto&&... arguments) {
+    return instance<aproste>().Make_1234K(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Chk2Bool(auto&&... arguments) {
+    return instance<aproste>().Chk2Bool(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Bool2INTBool(auto&&... arguments) {
+    return instance<aproste>().Bool2INTBool(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) HLiczToGodz(auto&&... arguments) {
+    return instance<aproste>().HLiczToGodz(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) HLiczToStr(auto&&... arguments) {
+    return instance<aproste>().HLiczToStr(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) HGodzToLicz(auto&&... arguments) {
+    return instance<aproste>().HGodzToLicz(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) HGodzToLiczRCP(auto&&... arguments) {
+    return instance<aproste>().HGodzToLiczRCP(std::forward<decltype(arguments)>(arguments)...);
+}
+
 // The property of aChar: the thread's own, to read and to write.
 inline String& c_aaa() {
     return instance<aChar>().c_aaa;

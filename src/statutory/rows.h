@@ -21,7 +21,7 @@ using literals::operator""_date;
 
 // A payroll parameter from a day on, until the next day of the same id.
 struct PayrollRow {
-    Integer id;
+    Integer id = 0;
     Date dataod;                       // always the first of a month
     std::array<Currency, 10> wartosc;  // `wartosc` to `wartosc10`; those not named are zero
 };
@@ -36,7 +36,7 @@ struct MileageRow {
 // An interest rate from a day on, until the next day of the same kind.
 struct InterestRow {
     Date od_dnia;
-    Integer rodzaj;
+    Integer rodzaj = 0;
     Currency procent;  // percent a year
 };
 

@@ -1,5 +1,5 @@
 // Cleaning of text: Null made harmless, quotes replaced or taken out, texts cut and padded to a
-// column, document numbers taken apart.
+// column, Polish letters turned into other character sets, document numbers taken apart.
 //
 //   const aChar text;
 //   text.NullStr(Variant::null())                  ""
@@ -90,6 +90,40 @@ class aChar {
     // also if the call fails. Strict: 5 for a `Start` below 1 and for a negative `l`.
     [[nodiscard]] Variant UzMid(String& s, Long Start, Long l = 0) const;
 
+    // ---- Polish code pages ------------------------------------------------------------------
+
+    // These put another character in the place of each of the eighteen Polish letters
+    // "ąćęłńóśźżĄĆĘŁŃÓŚŹŻ" or, KonwertNaWin, the other way round; every other character stays, and
+    // no length changes. A code n of another set stands in the text as the character that the byte
+    // n is in Windows-1250, or the control character n where that has none: written out under
+    // Windows-1250 the text has the bytes of the other set. Tolerant; "" gives "". All but
+    // Konwert_lan leave as it is what a 16-bit counter does not reach.
+
+    // `Slowo` in a set of the caller's: the k-th character of the text
+    // `Set_Strona_kodowa_wydruku_łańcuch` ("character set of the printout, text") for the k-th of
+    // the eighteen letters. A letter that the set does not reach stays, all of them for a set that
+    // has no text, such as Null.
+    [[nodiscard]] String KonwertLitery(StringView Slowo,
+                                       const Variant& Set_Strona_kodowa_wydruku_łańcuch) const;
+
+    // `Slowo` in Mazovia.
+    [[nodiscard]] String KonwertNaMaz(StringView Slowo) const;
+
+    // `Slowo` in the form that the program Płatnik reads: ISO 8859-2, with the code of the capital
+    // for both cases.
+    [[nodiscard]] String KonwertPlatnik(StringView Slowo) const;
+
+    // Letters for a `Slowo` in code page 852. Two of its codes stand in a text as Ą and Ź, so that
+    // a text that has its letters already does not come through unharmed: Ą becomes ą, Ź becomes Ć.
+    [[nodiscard]] String KonwertNaWin(StringView Slowo) const;
+
+    // `Slowo` in plain ASCII: "Zażółć" is "Zazolc".
+    [[nodiscard]] String konwertNaBPL(StringView Slowo) const;
+
+    // `Slowo` in code page 852 but for two letters: ą gets the code of Ą, and Ć that of Ź. A text
+    // that as a whole is a number comes back as it is, "5 zł" with its letter.
+    [[nodiscard]] String Konwert_lan(StringView Slowo) const;
+
     // ---- Document numbers -------------------------------------------------------------------
 
     // The A part of a document number "prefix\A/B": what stands between the first backslash and
@@ -136,12 +170,13 @@ struct ClassTable<aChar> {
                               optional(by_reference(u"l"))),
         method<&aChar::UzMid>(u"UzMid", by_reference(u"s"), by_reference(u"Start"),
                               optional(by_reference(u"l"))),
-        not_built(u"KonwertLitery"),
-        not_built(u"KonwertNaMaz"),
-        not_built(u"KonwertPlatnik"),
-        not_built(u"KonwertNaWin"),
-        not_built(u"konwertNaBPL"),
-        not_built(u"Konwert_lan"),
+        method<&aChar::KonwertLitery>(u"KonwertLitery", by_value(u"Slowo"),
+                                      by_reference(u"Set_Strona_kodowa_wydruku_łańcuch")),
+        method<&aChar::KonwertNaMaz>(u"KonwertNaMaz", by_value(u"Slowo")),
+        method<&aChar::KonwertPlatnik>(u"KonwertPlatnik", by_value(u"Slowo")),
+        method<&aChar::KonwertNaWin>(u"KonwertNaWin", by_value(u"Slowo")),
+        method<&aChar::konwertNaBPL>(u"konwertNaBPL", by_value(u"Slowo")),
+        method<&aChar::Konwert_lan>(u"Konwert_lan", by_value(u"Slowo")),
         method<&aChar::A_DOK>(u"A_DOK", by_value(u"aas")),
         method<&aChar::B_DOK>(u"B_DOK", by_value(u"aas")),
         method<&aChar::CutCudzysłowy>(u"CutCudzysłowy", by_value(u"a")),

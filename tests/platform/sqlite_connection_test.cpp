@@ -611,6 +611,9 @@ TEST(SqliteExecute, TablesAreKnownInAnyCase) {
     EXPECT_FALSE(db->table_exists(u""));
     db->execute("drop view \"Średnie żółte\"");
     EXPECT_FALSE(db->table_exists(u"ŚREDNIE ŻÓŁTE"));
+    OtherProgram(folder / "firma.db").run("drop table S_ODSETKI; create table Nowa (a)");
+    EXPECT_FALSE(db->table_exists(u"S_ODSETKI"));
+    EXPECT_TRUE(db->table_exists(u"nowa"));
 }
 
 // ---- Two connections ---------------------------------------------------------------------------

@@ -37,7 +37,9 @@ void FileConnection::execute(std::string_view sql) {
 }
 
 bool FileConnection::table_exists(StringView name) {
-    return open_database().find_table(name) != nullptr;
+    Database& database = open_database();
+    static_cast<void>(database.forget_outdated_tables());
+    return database.find_table(name) != nullptr;
 }
 
 Database& FileConnection::open_database() const {

@@ -298,6 +298,9 @@ std::shared_ptr<const Table> Database::find_table(StringView name) {
     if (const auto found = tables_.find(String(name)); found != tables_.end()) {
         return found->second;
     }
+    if (tables_.empty()) {
+        tables_version_ = schema_version();
+    }
     std::shared_ptr<const Table> table = read_table(name);
     if (table != nullptr) {
         if (tables_.size() >= most_tables) {
@@ -350,6 +353,18 @@ void Database::read_columns(Table& table, const Cell& name, bool strict) {
         }
         table.columns.push_back(std::move(column));
     }
+}
+
+Cell Database::schema_version() {
+    return run("PRAGMA schema_version").cells.at(0);
+}
+
+bool Database::forget_outdated_tables() {
+    if (tables_.empty() || schema_version() == tables_version_) {
+        return false;
+    }
+    forget_tables();
+    return true;
 }
 
 void Database::forget_tables() {

@@ -43,6 +43,10 @@ class Database final : public Schema {
 
     std::shared_ptr<const Table> find_table(StringView name) override;
 
+    // Forgets what is known of the tables if it is not true any more, and answers whether it was
+    // not.
+    [[nodiscard]] bool forget_outdated_tables();
+
     // Runs a translated statement and takes all its rows; the file is not locked any more when it
     // returns. Nothing if the tables have changed since the statement was translated: what was
     // known of them is forgotten, and the statement is to be translated and tried again, unless
@@ -97,6 +101,7 @@ class Database final : public Schema {
 
     [[nodiscard]] std::shared_ptr<const Table> read_table(StringView name);
     void read_columns(Table& table, const Cell& name, bool strict);
+    [[nodiscard]] Cell schema_version();
     void forget_tables();
 
     [[nodiscard]] bool transaction_is_lost() const;
@@ -108,6 +113,7 @@ class Database final : public Schema {
     std::list<Statement> statements_;  // the one used last comes first
     std::unordered_map<std::string_view, std::list<Statement>::iterator> statements_by_sql_;
     std::unordered_map<String, std::shared_ptr<const Table>> tables_;  // by the name asked for
+    Cell tables_version_;          // of the schema when the first of them was read
     bool in_transaction_ = false;  // begun by the caller and not ended by it
     bool journal_is_chosen_ = false;
     bool takes_journal_back_ = false;  // when the connection ends

@@ -27,15 +27,27 @@ void FileRecordset::Open(StringView source,
     constexpr int most_attempts = 5;
     std::optional<Rows> rows;
     for (int attempt = 1; !rows; ++attempt) {
-        translation_ = translate(source, *connection->database());
-        rows =
-            connection->database()->try_query(translation_.sql, translation_.parameters,
-                                              translation_.table->name, attempt == most_attempts);
+        rows = try_open(source, *connection->database(), attempt == most_attempts);
     }
     rows_ = std::move(*rows);
     row_ = 0;
     read_only_ = lock_type == ado::LockType::adLockReadOnly;
     connection_ = connection;
+}
+
+// Nothing if what is known of the tables proves outdated, unless this is the last attempt.
+std::optional<Rows> FileRecordset::try_open(StringView source, Database& database,
+                                            bool last_attempt) {
+    try {
+        translation_ = translate(source, database);
+    } catch (const Failure&) {
+        if (last_attempt || !database.forget_outdated_tables()) {
+            throw;
+        }
+        return std::nullopt;
+    }
+    return database.try_query(translation_.sql, translation_.parameters, translation_.table->name,
+                              last_attempt);
 }
 
 bool FileRecordset::IsEOF() {

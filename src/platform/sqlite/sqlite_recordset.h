@@ -50,6 +50,9 @@ class FileRecordset final : public ado::Recordset {
         std::size_t index_;
     };
 
+    [[nodiscard]] std::optional<Rows> try_open(StringView source, Database& database,
+                                               bool last_attempt);
+
     // The file; fails with 3704 if the recordset or its connection is closed.
     [[nodiscard]] Database& open_database() const;
     [[nodiscard]] bool has_row() const { return is_new_ || row_ < rows_.count(); }
