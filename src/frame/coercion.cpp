@@ -191,9 +191,7 @@ Double to_double(const Variant& value) {
             return held ? -1 : 0;
         } else if constexpr (std::same_as<T, Date>) {
             return held.days;
-        } else if constexpr (std::same_as<T, Currency>) {
-            return double_of(held);
-        } else if constexpr (std::same_as<T, Decimal>) {
+        } else if constexpr (std::same_as<T, Currency> || std::same_as<T, Decimal>) {
             return double_of(held);
         } else {
             const Double number = nearest_double(numeric_text(held));

@@ -28,7 +28,9 @@ struct Part {
 std::int32_t month_named(StringView word, const Locale& settings) {
     const String wanted = lower_case(word);
     const auto position_in = [&wanted](const auto& names) {
-        const auto found = std::ranges::find(names, wanted);
+        const auto* const found = std::find_if(names.begin(), names.end(), [&](StringView name) {
+            return lower_case(name) == wanted;
+        });
         return found == names.end() ? 0 : static_cast<std::int32_t>(found - names.begin()) + 1;
     };
     for (const auto* names :
@@ -187,7 +189,7 @@ std::optional<DateParts> parts_of(Date date) {
     }
     const Double whole = std::trunc(date.days);
     const Double fraction = std::abs(date.days - whole);
-    const auto rounded = static_cast<std::int32_t>(fraction * seconds_of_day + 0.5);
+    const auto rounded = static_cast<std::int32_t>(std::lround(fraction * seconds_of_day));
     const std::int32_t seconds = std::min(rounded, seconds_of_day - 1);
     const auto day = static_cast<std::int32_t>(whole);
     return DateParts{day, civil_of(day), seconds / 3600, seconds / 60 % 60, seconds % 60};

@@ -100,7 +100,7 @@ class aLiczby {
     [[nodiscard]] Currency SumStrValR3Si(StringView ds1, StringView ds2) const;
 
     // The whole part, towards zero, as text. A text counts as ValPrefix of it; Null and what is
-    // no number are "0". Strict, and never fails.
+    // no number are "0". Strict: 6 for a text beyond Double.
     [[nodiscard]] String VarObcinajStr(const Variant& ds) const;
 
     // No longer used: see Var2Val18Str.

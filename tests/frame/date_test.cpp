@@ -18,13 +18,13 @@ TEST(ToDate, GivesWhatTheTableTells) {
         const std::string& cell = row.cells[1];
         const std::string expected = cell[0] == '!' ? cell : notation(parse_value("Date " + cell));
         const Forms forms(parse_value(row.cells[0]));
-        for (const auto& [form, value] : forms.all()) {
-            SCOPED_TRACE(row.place + " " + row.cells[0] + ", " + form);
-            EXPECT_EQ(static_cast<bool>(IsDateValue(*value)), row.cells[2] == "yes");
+        for (const Form& form : forms.all()) {
+            SCOPED_TRACE(row.place + " " + row.cells[0] + ", " + form.name);
+            EXPECT_EQ(static_cast<bool>(IsDateValue(*form.value)), row.cells[2] == "yes");
             if (cell != ".") {
-                EXPECT_EQ(outcome([&] { return ToDate(*value); }), expected);
-            } else if (value->is(Subtype::String)) {
-                EXPECT_NE(failure_of([&] { return ToDate(*value); }), 0);
+                EXPECT_EQ(outcome([&] { return ToDate(*form.value); }), expected);
+            } else if (form.value->is(Subtype::String)) {
+                EXPECT_NE(failure_of([&] { return ToDate(*form.value); }), 0);
             }
         }
     }

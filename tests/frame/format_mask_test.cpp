@@ -26,9 +26,10 @@ TEST(FormatMask, GivesWhatTheTableTells) {
         const std::string expected =
             cell[0] == '!' ? cell : notation(parse_value("String " + cell));
         const Forms forms(parse_value(row.cells[1]));
-        for (const auto& [form, value] : forms.all()) {
-            EXPECT_EQ(outcome([&] { return FormatMask(*value, *mask.get_if<String>()); }), expected)
-                << row.place << " " << row.cells[0] << " " << row.cells[1] << ", " << form;
+        for (const Form& form : forms.all()) {
+            EXPECT_EQ(outcome([&] { return FormatMask(*form.value, *mask.get_if<String>()); }),
+                      expected)
+                << row.place << " " << row.cells[0] << " " << row.cells[1] << ", " << form.name;
         }
     }
 }
@@ -160,6 +161,51 @@ TEST(FormatMask, ReadsANumericTextFirst) {
         const Exact number{thousandths < 0, digits, -3};
         expect_number(fixed_text(number, 3), number);
         expect_number(plain_text(number, 1000), number);
+    }
+}
+
+TEST(FormatMask, TakesAnyNumberOfDecimals) {
+    Random random(35);
+    for (int i = 0; i < 20'000; ++i) {
+        const auto decimals = static_cast<int>(random.between(0, 60));
+        const auto zeros = static_cast<std::size_t>(random.between(1, 40));
+        const String mask = String(zeros, u'0') + (decimals > 0 ? u"." : u"") +
+                            String(static_cast<std::size_t>(decimals), u'0');
+        const auto with_zeros = [&](const Exact& number) {
+            String text = fixed_text({false, number.digits, number.power}, decimals);
+            const std::size_t whole = std::min(text.find(u','), text.size());
+            text.insert(0, whole < zeros ? zeros - whole : 0, u'0');
+            return (number.is_negative ? u"-" : u"") + text;
+        };
+        const std::int64_t count = random.count();
+        std::string digits = std::to_string(count);
+        std::erase(digits, '-');
+        const Exact money{count < 0, digits, -4};
+        if (count >= 0 || rounded(money, decimals, Tie::AwayFromZero) != "0") {
+            ASSERT_EQ(FormatMask(Currency::raw(count), mask), with_zeros(money));
+            ASSERT_EQ(FormatMask(Variant(Currency::raw(count)), mask), with_zeros(money));
+        }
+        const double value = static_cast<double>(random.count()) / 65536.0;
+        const Reduced number = reduced(value, 15);
+        if (!number.is_tie &&
+            (value >= 0 || rounded(number.number, decimals, Tie::AwayFromZero) != "0")) {
+            ASSERT_EQ(FormatMask(Variant(value), mask), with_zeros(number.number)) << value;
+        }
+    }
+}
+
+// The short way for money has to agree with the long one under every mask.
+TEST(FormatMask, OfMoneyIsTheSameWithoutAVariant) {
+    for (const char16_t* mask : {u"", u"0", u"0.", u".0", u".", u"0.0", u"00.00", u"0:00",
+                                 u"0.00 z\u0142", u"0-00", u"0.0.0", u"yyyy-MM-dd", u"dddd", u"ww",
+                                 u"abc", u"000000000000000000000000000000000000"}) {
+        for (const std::int64_t count :
+             {0LL, 1LL, -1LL, 5000LL, -5000LL, 123456LL, 454'290'000LL, -12'500LL}) {
+            const Currency value = Currency::raw(count);
+            EXPECT_EQ(outcome([&] { return FormatMask(value, mask); }),
+                      outcome([&] { return FormatMask(Variant(value), mask); }))
+                << show(StringView(mask)) << ", " << count;
+        }
     }
 }
 

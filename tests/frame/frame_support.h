@@ -7,6 +7,7 @@
 //   !13 where a failure with that number is expected
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
@@ -375,6 +376,11 @@ inline std::vector<Row> rows_of(const std::string& file, std::size_t columns) {
 
 // ---- By-reference forms -----------------------------------------------------------------------
 
+struct Form {
+    const char* name;
+    const Variant* value;
+};
+
 // A value as it can be handed over: itself, a reference to a variable of its type, a reference to
 // a Variant, and a reference to a Variant that is a reference.
 class Forms {
@@ -386,13 +392,11 @@ class Forms {
           to_reference_(Variant::reference(to_variable_)) {}
     Forms(const Forms&) = delete;
     Forms& operator=(const Forms&) = delete;
-
-    static constexpr std::size_t count = 4;
-    [[nodiscard]] std::vector<std::pair<const char*, const Variant*>> all() const {
-        return {{"value", &value_},
-                {"reference to a variable", &to_variable_},
-                {"reference to a Variant", &to_variant_},
-                {"reference to a reference", &to_reference_}};
+    [[nodiscard]] std::array<Form, 4> all() const {
+        return {{{"value", &value_},
+                 {"reference to a variable", &to_variable_},
+                 {"reference to a Variant", &to_variant_},
+                 {"reference to a reference", &to_reference_}}};
     }
 
   private:

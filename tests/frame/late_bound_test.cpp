@@ -235,12 +235,12 @@ TEST(Invoke, HandsAVariantOnAsItIs) {
         }
         EXPECT_EQ(call(same, {value}), (Called{notation(value), {notation(value)}}));
         const Forms forms(value);
-        for (const auto& [form, held] : forms.all()) {
+        for (const Form& form : forms.all()) {
             Sample sample;
-            Arguments arguments{*held};
+            Arguments arguments{*form.value};
             const Variant result = invoke(same, &sample, arguments);
-            EXPECT_EQ(notation(result), notation(value)) << form;
-            EXPECT_FALSE(result.is_reference()) << form;
+            EXPECT_EQ(notation(result), notation(value)) << form.name;
+            EXPECT_FALSE(result.is_reference()) << form.name;
         }
     }
 }

@@ -83,26 +83,32 @@ TEST(LocaleSettings, BelongToTheThread) {
 
 // ---- The primitives ---------------------------------------------------------------------------
 
+struct TextAndMoney {
+    const char16_t* text;
+    const char* expected;
+};
+
+constexpr TextAndMoney dotted_texts[] = {
+    {u"1.5", "Currency 1.5000"},
+    {u"1,234.5", "Currency 1234.5000"},
+    {u"$5", "Currency 5.0000"},
+    {u"$5.25", "Currency 5.2500"},
+    {u"5 $", "Currency 5.0000"},
+    {u"5.25 $", "!13"},
+    {u"5 z\u0142", "!13"},
+    {u"1\u00A0234", "!13"},
+    {u"(1.5)", "Currency -1.5000"},
+    {u"1.5E1", "Currency 15.0000"},
+    {u"1.5.5", "!13"},
+};
+
 TEST(LocaleSettings, RuleNumericText) {
     const Locale dot = with_a_dot();
     const ScopedLocale scope(dot);
-    const std::vector<std::pair<const char16_t*, const char*>> texts = {
-        {u"1.5", "Currency 1.5000"},
-        {u"1,234.5", "Currency 1234.5000"},
-        {u"$5", "Currency 5.0000"},
-        {u"$5.25", "Currency 5.2500"},
-        {u"5 $", "Currency 5.0000"},
-        {u"5.25 $", "!13"},
-        {u"5 z\u0142", "!13"},
-        {u"1\u00A0234", "!13"},
-        {u"(1.5)", "Currency -1.5000"},
-        {u"1.5E1", "Currency 15.0000"},
-        {u"1.5.5", "!13"},
-    };
-    for (const auto& [text, expected] : texts) {
-        EXPECT_EQ(outcome([&] { return ToCurrency(Variant(text)); }), expected)
-            << show(StringView(text));
-        EXPECT_EQ(static_cast<bool>(IsNumericText(Variant(text))), expected[0] != '!');
+    for (const TextAndMoney& row : dotted_texts) {
+        const Variant text = row.text;
+        EXPECT_EQ(outcome([&] { return ToCurrency(text); }), row.expected) << notation(text);
+        EXPECT_EQ(static_cast<bool>(IsNumericText(text)), row.expected[0] != '!');
     }
     EXPECT_EQ(ToLong(Variant(u"2.5")), 2);
     EXPECT_EQ(ToInteger16(Variant(u"3.5")), 4);
@@ -150,6 +156,15 @@ TEST(LocaleSettings, RuleTheNamesOfDates) {
     EXPECT_EQ(FormatMask(day, u"dddd"), u"Friday");
     EXPECT_EQ(FormatMask(day, u"mmmm yyyy"), u"May 2024");
     EXPECT_EQ(FormatMask(day, u"yyyy-MM-dd"), u"2024-05-17");
+}
+
+TEST(LocaleSettings, RuleTheMonthsThatAreRead) {
+    const Locale dot = with_a_dot();
+    const ScopedLocale scope(dot);
+    EXPECT_EQ(outcome([] { return ToDate(Variant(u"17 May 2024")); }), "Date 45429");
+    EXPECT_EQ(outcome([] { return ToDate(Variant(u"17 may 2024")); }), "Date 45429");
+    EXPECT_EQ(outcome([] { return ToDate(Variant(u"17 August 2024")); }), "Date 45521");
+    EXPECT_EQ(outcome([] { return ToDate(Variant(u"17 sierpie\u0144 2024")); }), "!13");
 }
 
 TEST(LocaleSettings, RuleTheWordsOfTruth) {

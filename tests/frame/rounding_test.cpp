@@ -21,9 +21,9 @@ TEST(RoundHalfEven, GivesWhatTheTableTells) {
         const std::string& cell = row.cells[2];
         const std::string expected = cell[0] == '!' ? cell : notation(parse_value(cell));
         const Forms forms(parse_value(row.cells[0]));
-        for (const auto& [form, value] : forms.all()) {
-            EXPECT_EQ(outcome([&] { return RoundHalfEven(*value, decimals); }), expected)
-                << row.place << " " << row.cells[0] << ", " << row.cells[1] << ", " << form;
+        for (const Form& form : forms.all()) {
+            EXPECT_EQ(outcome([&] { return RoundHalfEven(*form.value, decimals); }), expected)
+                << row.place << " " << row.cells[0] << ", " << row.cells[1] << ", " << form.name;
         }
     }
 }
@@ -31,18 +31,18 @@ TEST(RoundHalfEven, GivesWhatTheTableTells) {
 TEST(RoundHalfEven, KeepsTheSubtypeAndGivesNoReference) {
     for (const Variant& value : one_of_each_subtype()) {
         const Forms forms(value);
-        for (const auto& [form, held] : forms.all()) {
+        for (const Form& form : forms.all()) {
             for (const Integer decimals : {Integer{0}, Integer{2}, Integer{4}}) {
                 const bool is_number = !value.is(Subtype::Object) && !value.is(Subtype::Error) &&
                                        !value.is(Subtype::UnknownObject);
                 if (!is_number) {
-                    EXPECT_EQ(failure_of([&] { return RoundHalfEven(*held, decimals); }), 13);
+                    EXPECT_EQ(failure_of([&] { return RoundHalfEven(*form.value, decimals); }), 13);
                     continue;
                 }
-                const Variant result = RoundHalfEven(*held, decimals);
-                EXPECT_EQ(result.subtype(), value.subtype()) << form;
-                EXPECT_FALSE(result.is_reference()) << form;
-                EXPECT_EQ(result, value) << form << " " << notation(result);
+                const Variant result = RoundHalfEven(*form.value, decimals);
+                EXPECT_EQ(result.subtype(), value.subtype()) << form.name;
+                EXPECT_FALSE(result.is_reference()) << form.name;
+                EXPECT_EQ(result, value) << form.name << " " << notation(result);
             }
         }
     }

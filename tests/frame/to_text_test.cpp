@@ -18,9 +18,9 @@ TEST(ToText, GivesWhatTheTableTells) {
         const std::string expected =
             cell[0] == '!' ? cell : notation(parse_value("String " + cell));
         const Forms forms(parse_value(row.cells[0]));
-        for (const auto& [form, value] : forms.all()) {
-            EXPECT_EQ(outcome([&] { return ToText(*value); }), expected)
-                << row.place << " " << row.cells[0] << ", " << form;
+        for (const Form& form : forms.all()) {
+            EXPECT_EQ(outcome([&] { return ToText(*form.value); }), expected)
+                << row.place << " " << row.cells[0] << ", " << form.name;
         }
     }
 }

@@ -31,11 +31,12 @@ constexpr SubtypeCode subtype_codes[] = {
 TEST(Variant, HasTheSubtypeCodesThatCallersKnow) {
     for (const SubtypeCode& expected : subtype_codes) {
         const Forms forms(parse_value(expected.value));
-        for (const auto& [form, value] : forms.all()) {
-            SCOPED_TRACE(std::string(expected.value) + ", " + form);
-            EXPECT_EQ(static_cast<int>(value->subtype()), expected.code);
+        for (const Form& form : forms.all()) {
+            SCOPED_TRACE(std::string(expected.value) + ", " + form.name);
+            EXPECT_EQ(static_cast<int>(form.value->subtype()), expected.code);
             for (int code = 0; code <= 20; ++code) {
-                EXPECT_EQ(value->is(static_cast<Subtype>(code)), code == expected.code) << code;
+                EXPECT_EQ(form.value->is(static_cast<Subtype>(code)), code == expected.code)
+                    << code;
             }
         }
     }
@@ -85,23 +86,24 @@ TEST(Variant, TellsTheArgumentLeftOutFromOtherErrorCodes) {
 TEST(Variant, GivesTheValueOfItsOwnTypeAlone) {
     for (const Variant& value : one_of_each_subtype()) {
         const Forms forms(value);
-        for (const auto& [form, held] : forms.all()) {
-            SCOPED_TRACE(notation(value) + ", " + form);
-            EXPECT_EQ(held->get_if<Integer>() != nullptr, value.is(Subtype::Integer));
-            EXPECT_EQ(held->get_if<Long>() != nullptr, value.is(Subtype::Long));
-            EXPECT_EQ(held->get_if<Byte>() != nullptr, value.is(Subtype::Byte));
-            EXPECT_EQ(held->get_if<Single>() != nullptr, value.is(Subtype::Single));
-            EXPECT_EQ(held->get_if<Double>() != nullptr, value.is(Subtype::Double));
-            EXPECT_EQ(held->get_if<Currency>() != nullptr, value.is(Subtype::Currency));
-            EXPECT_EQ(held->get_if<Date>() != nullptr, value.is(Subtype::Date));
-            EXPECT_EQ(held->get_if<String>() != nullptr, value.is(Subtype::String));
-            EXPECT_EQ(held->get_if<ObjectPointer>() != nullptr, value.is(Subtype::Object));
-            EXPECT_EQ(held->get_if<ErrorCode>() != nullptr, value.is(Subtype::Error));
-            EXPECT_EQ(held->get_if<Boolean>() != nullptr, value.is(Subtype::Boolean));
-            EXPECT_EQ(held->get_if<Decimal>() != nullptr, value.is(Subtype::Decimal));
-            EXPECT_EQ(held->get_if<NullValue>() != nullptr, value.is(Subtype::Null));
-            EXPECT_EQ(held->get_if<EmptyValue>() != nullptr, value.is(Subtype::Empty));
-            EXPECT_EQ(held->get_if<UnknownObject>() != nullptr, value.is(Subtype::UnknownObject));
+        for (const Form& form : forms.all()) {
+            SCOPED_TRACE(notation(value) + ", " + form.name);
+            EXPECT_EQ(form.value->get_if<Integer>() != nullptr, value.is(Subtype::Integer));
+            EXPECT_EQ(form.value->get_if<Long>() != nullptr, value.is(Subtype::Long));
+            EXPECT_EQ(form.value->get_if<Byte>() != nullptr, value.is(Subtype::Byte));
+            EXPECT_EQ(form.value->get_if<Single>() != nullptr, value.is(Subtype::Single));
+            EXPECT_EQ(form.value->get_if<Double>() != nullptr, value.is(Subtype::Double));
+            EXPECT_EQ(form.value->get_if<Currency>() != nullptr, value.is(Subtype::Currency));
+            EXPECT_EQ(form.value->get_if<Date>() != nullptr, value.is(Subtype::Date));
+            EXPECT_EQ(form.value->get_if<String>() != nullptr, value.is(Subtype::String));
+            EXPECT_EQ(form.value->get_if<ObjectPointer>() != nullptr, value.is(Subtype::Object));
+            EXPECT_EQ(form.value->get_if<ErrorCode>() != nullptr, value.is(Subtype::Error));
+            EXPECT_EQ(form.value->get_if<Boolean>() != nullptr, value.is(Subtype::Boolean));
+            EXPECT_EQ(form.value->get_if<Decimal>() != nullptr, value.is(Subtype::Decimal));
+            EXPECT_EQ(form.value->get_if<NullValue>() != nullptr, value.is(Subtype::Null));
+            EXPECT_EQ(form.value->get_if<EmptyValue>() != nullptr, value.is(Subtype::Empty));
+            EXPECT_EQ(form.value->get_if<UnknownObject>() != nullptr,
+                      value.is(Subtype::UnknownObject));
         }
     }
 }
@@ -113,10 +115,10 @@ TEST(Variant, IsEqualToTheSameSubtypeAndValueAlone) {
     for (std::size_t i = 0; i < values.size(); ++i) {
         const Forms forms(values[i]);
         for (std::size_t j = 0; j < values.size(); ++j) {
-            for (const auto& [form, value] : forms.all()) {
-                EXPECT_EQ(*value == values[j], i == j)
-                    << form << ": " << notation(values[i]) << ", " << notation(values[j]);
-                EXPECT_EQ(values[j] == *value, i == j) << form;
+            for (const Form& form : forms.all()) {
+                EXPECT_EQ(*form.value == values[j], i == j)
+                    << form.name << ": " << notation(values[i]) << ", " << notation(values[j]);
+                EXPECT_EQ(values[j] == *form.value, i == j) << form.name;
             }
         }
     }
@@ -175,9 +177,9 @@ TEST(Variant, IsNoReferenceByItself) {
         EXPECT_FALSE(value.is_reference());
         EXPECT_EQ(value.value(), value);
         const Forms forms(value);
-        for (const auto& [form, held] : forms.all()) {
-            EXPECT_EQ(held->value(), value) << form;
-            EXPECT_FALSE(held->value().is_reference()) << form;
+        for (const Form& form : forms.all()) {
+            EXPECT_EQ(form.value->value(), value) << form.name;
+            EXPECT_FALSE(form.value->value().is_reference()) << form.name;
         }
     }
 }

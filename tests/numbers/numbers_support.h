@@ -77,10 +77,10 @@ void expect_amounts(const std::array<AmountMember, members>& called,
     for (const AmountCase<members>& row : cases) {
         const Forms forms(parse_value(row.value));
         for (std::size_t i = 0; i < members; ++i) {
-            for (const auto& form : forms.all()) {
-                const Variant& value = *form.second;
+            for (const auto& [form, handed_over] : forms.all()) {
+                const Variant& value = *handed_over;
                 EXPECT_EQ(amount([&] { return called[i](value); }), row.expected[i])
-                    << row.value << ", member " << i << ", " << form.first;
+                    << row.value << ", member " << i << ", " << form;
                 EXPECT_EQ(notation(value), notation(parse_value(row.value)));
             }
         }

@@ -117,6 +117,28 @@ TEST(Moments, Texts) {
     }
 }
 
+// The quick test agrees with the parser on every text of its length, and on every one that differs
+// from a moment in one character.
+TEST(Moments, TextsToSeconds) {
+    std::vector<std::string> texts;
+    for (const MomentCase& c : moment_cases) {
+        texts.emplace_back(c.text);
+    }
+    for (const std::string_view text : {"2000-02-29 23:59:59", "0100-01-01 00:00:00"}) {
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            for (int c = 0; c < 256; ++c) {
+                texts.emplace_back(text).at(i) = static_cast<char>(c);
+            }
+        }
+    }
+    for (const std::string& text : texts) {
+        const auto moment = parse_moment(text);
+        const bool canonical =
+            moment && text == std::string(moment_text(*moment).data(), length_to_seconds);
+        EXPECT_EQ(is_text_to_seconds(text), canonical) << text;
+    }
+}
+
 TEST(Moments, NumbersOfDays) {
     EXPECT_EQ(moment_of_days(0), at(1899, 12, 30));
     EXPECT_EQ(moment_of_days(37256.625), at(2001, 12, 31, 15));
@@ -150,6 +172,7 @@ TEST(Moments, EveryDayBothWays) {
             ASSERT_EQ(moment_of_days(date_of(moment).days), moment) << stored;
             std::string now(full.begin(), full.end());
             ASSERT_LT(before, now);  // texts compare as the moments do
+            ASSERT_TRUE(is_text_to_seconds(now.substr(0, length_to_seconds)));
             before = std::move(now);
         }
     }

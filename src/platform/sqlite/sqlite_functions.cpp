@@ -19,21 +19,19 @@ std::string_view bytes_of(sqlite3_value* value) {
     return {bytes, bytes == nullptr ? 0 : static_cast<std::size_t>(sqlite3_value_bytes(value))};
 }
 
-// Runs once for each row that a look-up passes: a text is not copied on the way.
-std::optional<Moment> moment_in(sqlite3_value* value) {
-    return sqlite3_value_type(value) == SQLITE_TEXT ? parse_moment(text_of(value))
-                                                    : moment_of(cell_of(value));
-}
-
 void give_moment(sqlite3_context* context, sqlite3_value* value, std::size_t length) {
-    if (const auto moment = moment_in(value)) {
+    if (const auto moment = moment_of(cell_of(value))) {
         const MomentText text = moment_text(*moment);
         sqlite3_result_text(context, text.data(), static_cast<int>(length), SQLITE_TRANSIENT);
     }
 }
 
 void give_seconds(sqlite3_context* context, sqlite3_value* value) {
-    give_moment(context, value, length_to_seconds);
+    if (sqlite3_value_type(value) == SQLITE_TEXT && is_text_to_seconds(text_of(value))) {
+        sqlite3_result_value(context, value);
+    } else {
+        give_moment(context, value, length_to_seconds);
+    }
 }
 
 void give_milliseconds(sqlite3_context* context, sqlite3_value* value) {

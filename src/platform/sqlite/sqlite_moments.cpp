@@ -198,7 +198,7 @@ MomentText moment_text(Moment moment) noexcept {
                        'H', ':', 'm', 'm', ':', 's', 's', '.', 'f', 'f', 'f'};
     const Civil civil = civil_of(moment.day);
     const std::int32_t seconds = moment.millisecond / 1000;
-    put_digits(&text[0], 4, civil.year);
+    put_digits(text.data(), 4, civil.year);
     put_digits(&text[5], 2, civil.month);
     put_digits(&text[8], 2, civil.day);
     put_digits(&text[11], 2, seconds / 3600);
@@ -206,6 +206,28 @@ MomentText moment_text(Moment moment) noexcept {
     put_digits(&text[17], 2, seconds % 60);
     put_digits(&text[20], 3, moment.millisecond % 1000);
     return text;
+}
+
+// A look-up asks this of each date that it passes, so it goes by places and not by parsing.
+bool is_text_to_seconds(std::string_view text) noexcept {
+    constexpr std::string_view pattern = "0000-00-00 00:00:00";
+    if (text.size() != pattern.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        const bool fits =
+            pattern[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == pattern[i];
+        if (!fits) {
+            return false;
+        }
+    }
+    const auto two = [text](std::size_t at) {
+        return (text[at] - '0') * 10 + (text[at + 1] - '0');
+    };
+    const std::int32_t year = two(0) * 100 + two(2);
+    const std::int32_t month = two(5);
+    return year >= 100 && month >= 1 && month <= 12 && two(8) >= 1 &&
+           two(8) <= days_in_month(year, month) && two(11) < 24 && two(14) < 60 && two(17) < 60;
 }
 
 std::string stored_text(Moment moment) {

@@ -45,6 +45,9 @@ using MomentText = std::array<char, 23>;
 inline constexpr std::size_t length_to_seconds = 19;
 [[nodiscard]] MomentText moment_text(Moment moment) noexcept;
 
+// Whether a text is a moment to the second exactly as moment_text writes it.
+[[nodiscard]] bool is_text_to_seconds(std::string_view text) noexcept;
+
 // The text that is stored: with the fraction only where there is one.
 [[nodiscard]] std::string stored_text(Moment moment);
 
