@@ -262,6 +262,16 @@ TEST(SqliteOpening, WithoutPermission) {
         EXPECT_EQ(failure.number, 3027) << failure.text;
         EXPECT_EQ(count_rows(db), 1);
     }
+    std::filesystem::permissions(path, all_read | perms::group_write | perms::others_write);
+    {
+        // Nor can a file be written whose folder does not take a journal.
+        const AsUser user;
+        const auto db = sqlite::connect(path);
+        EXPECT_EQ(count_rows(db), 1);
+        const Caught failure = caught([&] { add_row(db, 2); });
+        EXPECT_EQ(failure.number, 3051) << failure.text;
+        EXPECT_NE(failure.text.find("journal"), std::string::npos) << failure.text;
+    }
     std::filesystem::permissions(folder.path(), perms::owner_all);
     EXPECT_EQ(file_bytes(path), bytes);
     EXPECT_EQ(folder.names(), Names({"firma.db"}));

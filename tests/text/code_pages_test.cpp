@@ -346,9 +346,9 @@ TEST(CodePages, TheCallersSet) {
     for (const Case& test : cases) {
         const Forms forms(test.set);
         for (const auto& form : forms.all()) {
-            SCOPED_TRACE(show(test.slowo) + " " + notation(test.set) + " " + form.first);
-            EXPECT_EQ(aChar().KonwertLitery(test.slowo, *form.second), test.result);
-            EXPECT_EQ(*form.second, test.set);
+            SCOPED_TRACE(show(test.slowo) + " " + notation(test.set) + " " + form.name);
+            EXPECT_EQ(aChar().KonwertLitery(test.slowo, *form.value), test.result);
+            EXPECT_EQ(*form.value, test.set);
         }
     }
 }

@@ -105,11 +105,10 @@ std::optional<Variant> read_bare_number(std::string_view word) {
     if (!is_json_number(word)) {
         return std::nullopt;
     }
-    if (const std::optional<Variant> number = read_number<Long>(word)) {
+    if (std::optional<Variant> number = read_number<Long>(word)) {
         return number;
     }
-    constexpr std::ptrdiff_t exact_digits =
-        15;  // what a Double holds, and shows again, of a number
+    constexpr std::ptrdiff_t exact_digits = 15;  // a Double holds so many, and shows them again
     const auto digits =
         std::count_if(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
     const bool is_whole = word.find_first_of(".eE") == std::string_view::npos;

@@ -87,7 +87,7 @@ Variant read_date_value(const Json& value) {
     }
     const std::optional<Date> date = read_date(to_utf8(text_of(value)));
     if (!date) {
-        refuse("a number of days, \"yyyy-MM-dd\" or \"yyyy-MM-ddTHH:mm:ss\" is wanted");
+        refuse(R"(a number of days, "yyyy-MM-dd" or "yyyy-MM-ddTHH:mm:ss" is wanted)");
     }
     return *date;
 }
@@ -141,7 +141,7 @@ constexpr auto forms = std::to_array<Form>({
 });
 
 Variant read_tagged(const Json& value, const ObjectTable& objects) {
-    const auto found = std::find_if(forms.begin(), forms.end(), [&](const Form& form) {
+    const auto* found = std::find_if(forms.begin(), forms.end(), [&](const Form& form) {
         return value.size() == 1 && value.begin().key() == form.key;
     });
     if (found == forms.end()) {

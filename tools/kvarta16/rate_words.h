@@ -23,15 +23,15 @@ enum class Shape : std::uint8_t {
 };
 
 struct ParameterWords {
-    Long id;
-    Shape shape;
-    Unit unit;
+    Long id = 0;
+    Shape shape = Shape::Values;
+    Unit unit = Unit::Plain;
     Words meaning;
     std::array<Words, 3> slots{};  // the meanings of the values where several are used
 };
 
 struct KeyWords {
-    Long key;
+    Long key = 0;
     Words meaning;
 };
 

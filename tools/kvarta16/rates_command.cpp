@@ -250,8 +250,9 @@ bool is_polish(const std::optional<std::string>& language) {
 void require_tables(sqlite::SqliteConnection& db, const std::string& database) {
     for (const StatutoryTable& table : statutory_tables()) {
         if (!db.table_exists(table.name)) {
-            throw UsageError(database + " has no table " + to_utf8(table.name) +
-                             "; make it with: kvarta16 seed --db " + database);
+            std::string message = database + " has no table " + to_utf8(table.name);
+            message += "; make it with: kvarta16 seed --db ";
+            throw UsageError(message + database);
         }
     }
 }

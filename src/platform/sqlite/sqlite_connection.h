@@ -29,7 +29,9 @@ struct OpenOptions {
     int busy_timeout_ms = 5000;  // how long to wait for a file that another program has locked
 };
 
-// A connection to one file, on the thread that made it.
+// A connection to one file, on the thread that made it. Each row that is stored is synced to the
+// disk. A file that is still empty is filled through a write-ahead log and has a rollback journal
+// again when the connection ends; any other file keeps the mode that it has.
 class SqliteConnection : public ado::Connection {
   public:
     // Runs statements, separated by ";", in SQLite's own SQL (UTF-8). Rows that they give are

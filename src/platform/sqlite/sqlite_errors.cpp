@@ -28,7 +28,7 @@ constexpr Entry entries[] = {
     {SQLITE_IOERR_NOMEM, 7, u"Out of memory"},
     {SQLITE_CORRUPT, 3428, u"The file is damaged"},
     {SQLITE_FULL, 3026, u"There is no space left for the file"},
-    {SQLITE_CANTOPEN, 3051, u"The file cannot be opened"},
+    {SQLITE_CANTOPEN, 3051, u"The file or its journal cannot be opened"},
     {SQLITE_PROTOCOL, 3260, u"The file is locked by another program"},
     {SQLITE_SCHEMA, 3260, u"Another program keeps changing the tables"},
     {SQLITE_TOOBIG, 3047, u"The value or the statement is too long"},
@@ -97,7 +97,8 @@ Entry opening_entry(const std::filesystem::path& path, bool may_create) {
     std::error_code ignored;  // what cannot be looked at is not called missing
     const std::filesystem::path folder = path.parent_path();
     if (std::filesystem::status(path, ignored).type() != std::filesystem::file_type::not_found) {
-        return {SQLITE_CANTOPEN, error_cannot_open, u"There is no permission to open the file"};
+        return {SQLITE_CANTOPEN, error_cannot_open,
+                u"The file cannot be opened, perhaps for want of permission"};
     }
     if (!may_create) {
         return {SQLITE_CANTOPEN, error_file_not_found, u"There is no such file"};
@@ -105,7 +106,8 @@ Entry opening_entry(const std::filesystem::path& path, bool may_create) {
     if (!folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
         return {SQLITE_CANTOPEN, error_invalid_path, u"There is no such folder for the file"};
     }
-    return {SQLITE_CANTOPEN, error_cannot_open, u"There is no permission to make the file"};
+    return {SQLITE_CANTOPEN, error_cannot_open,
+            u"The file cannot be made, perhaps for want of permission"};
 }
 
 }  // namespace
