@@ -31,19 +31,15 @@ void check(bool good, const char* what) {
     }
 }
 
-// An empty file with the tables, in the folder for temporary files; removed at the end.
+// A name for a file that is not there yet, in the working folder; removed at the end.
 class FreshFile {
   public:
-    FreshFile() {
-        remove();
-        sqlite3* db = nullptr;
-        check(sqlite3_open(path().c_str(), &db) == SQLITE_OK, "open");
-        check(sqlite3_exec(db, schema, nullptr, nullptr, nullptr) == SQLITE_OK, "schema");
-        sqlite3_close(db);
-    }
+    FreshFile() { remove(); }
     ~FreshFile() { remove(); }
     FreshFile(const FreshFile&) = delete;
     FreshFile& operator=(const FreshFile&) = delete;
+    FreshFile(FreshFile&&) = delete;
+    FreshFile& operator=(FreshFile&&) = delete;
     [[nodiscard]] static std::string path() {
         return (std::filesystem::current_path() / "kvarta16_bench.db").string();
     }
@@ -61,7 +57,8 @@ void seeding_kvarta16(benchmark::State& state) {
         state.PauseTiming();
         const FreshFile file;
         state.ResumeTiming();
-        const auto db = sqlite::connect(FreshFile::path());
+        const auto db = sqlite::connect(FreshFile::path(), {.create = true});
+        db->execute(schema);
         Akt akt;
         akt.Ustaw_Parametry_płacowe(db, false, true);
         akt.Ustaw_stawki_ryczałtu(db, false, true);
@@ -183,6 +180,7 @@ void seeding_plain_sqlite(benchmark::State& state) {
         state.ResumeTiming();
         sqlite3* db = nullptr;
         check(sqlite3_open(FreshFile::path().c_str(), &db) == SQLITE_OK, "open");
+        check(sqlite3_exec(db, schema, nullptr, nullptr, nullptr) == SQLITE_OK, "schema");
         seed_payroll(db);
         seed_mileage(db);
         seed_interest(db);
