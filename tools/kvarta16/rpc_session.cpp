@@ -101,10 +101,10 @@ std::optional<std::string> RpcSession::answer(std::string_view line) {
 
 RpcSession::Request RpcSession::read_request(Json json) {
     if (!is_text(json["jsonrpc"]) || text_of(json["jsonrpc"]) != u"2.0") {
-        throw Refusal(RefusalCode::NoRequest, "\"jsonrpc\" is not \"2.0\"");
+        throw Refusal(RefusalCode::NoRequest, R"("jsonrpc" is not "2.0")");
     }
     if (!is_text(json["method"])) {
-        throw Refusal(RefusalCode::NoRequest, "\"method\" is no text");
+        throw Refusal(RefusalCode::NoRequest, R"("method" is no text)");
     }
     Request request{std::nullopt, text_of(json["method"]), Json::array()};
     if (json.contains("id")) {

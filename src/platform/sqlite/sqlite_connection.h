@@ -35,9 +35,9 @@ struct OpenOptions {
 class SqliteConnection : public ado::Connection {
   public:
     // Runs statements, separated by ";", in SQLite's own SQL (UTF-8). Rows that they give are
-    // dropped. Outside a transaction each statement is durable by itself. The first one that
-    // fails ends the call; those before it stay. Transactions are begun by BeginTrans alone: a
-    // BEGIN here would hide from it.
+    // dropped. Outside a transaction each statement is durable by itself; BEGIN, COMMIT and
+    // ROLLBACK count as BeginTrans, CommitTrans and RollbackTrans. The first statement that fails
+    // ends the call; those before it stay.
     virtual void execute(std::string_view sql) = 0;
 
     // Whether the file has a table or view of this name, in any case, Polish letters included.

@@ -287,9 +287,10 @@ void Database::execute(std::string_view sql) {
         if (code != SQLITE_OK && code != SQLITE_DONE) {
             fail_now(code);
         }
+        // After each one: a later one may fail, and what BEGIN has begun is open nevertheless.
+        in_transaction_ = sqlite3_get_autocommit(db_.get()) == 0;
         sql.remove_prefix(static_cast<std::size_t>(rest - sql.data()));
     }
-    in_transaction_ = sqlite3_get_autocommit(db_.get()) == 0;
 }
 
 // ---- Tables ------------------------------------------------------------------------------------

@@ -23,6 +23,7 @@ constexpr Entry entries[] = {
     {SQLITE_LOCKED, 3260, u"The table is locked by another user of the connection"},
     {SQLITE_NOMEM, 7, u"Out of memory"},
     {SQLITE_READONLY, 3027, u"The file is read-only"},
+    {SQLITE_READONLY_DIRECTORY, 3027, u"The folder of the file is read-only"},
     {SQLITE_INTERRUPT, 3059, u"The operation was interrupted"},
     {SQLITE_IOERR, 3043, u"Reading or writing the disk failed"},
     {SQLITE_IOERR_NOMEM, 7, u"Out of memory"},
