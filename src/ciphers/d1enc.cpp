@@ -13,7 +13,7 @@ void d1enc::KeyString(StringView value) {
 }
 
 String d1enc::Encrypt(StringView mstext) const {
-    const StringView text = ciphers::enciphered_part(mstext);
+    const StringView text = mstext.substr(0, reach_of_16_bits(mstext));
     String output(text.size(), u'\0');
     std::size_t count = 0;
     std::size_t turn = 0;

@@ -13,7 +13,7 @@ void dsEncrypt::KeyString(StringView value) {
 }
 
 String dsEncrypt::Encrypt(StringView mstext) const {
-    String output(ciphers::enciphered_part(mstext));
+    String output(mstext.substr(0, reach_of_16_bits(mstext)));
     std::size_t turn = 0;
     for (char16_t& unit : output) {
         const ciphers::Place column = table.place_of(unit);

@@ -70,13 +70,6 @@ class CipherTable {
     std::array<Place, unit_count> places_{};
 };
 
-// The part of a text that a 16-bit length has room for: from 32768 to 65536 characters nothing,
-// beyond that as many as the wrapped length says.
-[[nodiscard]] inline StringView enciphered_part(StringView text) {
-    const Integer length = wrap16(static_cast<std::int64_t>(text.size()));
-    return text.substr(0, static_cast<std::size_t>(std::max<Integer>(length, 0)));
-}
-
 // The place that stands behind `turn` in a key of so many places.
 [[nodiscard]] constexpr std::size_t next_turn(std::size_t turn, std::size_t key_size) {
     return turn + 1 < key_size ? turn + 1 : 0;

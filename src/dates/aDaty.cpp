@@ -3,14 +3,11 @@
 #include <cmath>
 
 #include <kvarta16/dates/aDaty.h>
-#include <kvarta16/dates/whole_day.h>
+#include <kvarta16/frame/whole_day.h>
 #include <kvarta16/platform/platform.h>
 
 namespace kvarta16 {
 namespace {
-
-using dates::civil_day;
-using dates::whole_day;
 
 // Sunday first: the weekday number is the place in the list, from 1.
 constexpr std::array<StringView, 7> weekday_names = {

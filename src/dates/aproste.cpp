@@ -1,5 +1,5 @@
-// A pause, bounds, and small changes of texts; the other concerns of the class stand in the files
-// aproste_*.cpp beside this one.
+// A pause, bounds, small changes of texts, the end of a recordset; the other concerns of the class
+// stand in the files aproste_*.cpp beside this one.
 #include <kvarta16/dates/aproste.h>
 #include <kvarta16/platform/platform.h>
 
@@ -76,6 +76,15 @@ String aproste::Nazwa_pliu_z____(StringView s) const {
         result.back() = u'_';
     }
     return result;
+}
+
+void aproste::DbCloseSEL(std::shared_ptr<ado::Recordset>& Pr) const {
+    guarded([&] {
+        if (Pr != nullptr) {
+            Pr->Close();
+        }
+    });
+    Pr.reset();
 }
 
 }  // namespace kvarta16

@@ -26,6 +26,7 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/platform/ado.h>
 
 namespace kvarta16 {
 
@@ -188,6 +189,12 @@ class aproste {
     // The same for a time clock, which always writes a colon. Strict: 5 without one.
     [[nodiscard]] Single HGodzToLiczRCP(String& LICZ) const;
 
+    // ---- Recordsets (aproste.cpp) -----------------------------------------------------------
+
+    // Closes a recordset and empties the caller's variable, whatever the closing comes to: also
+    // for Nothing and for one that is closed. Guarded.
+    void DbCloseSEL(std::shared_ptr<ado::Recordset>& Pr) const;
+
   private:
     // A condition with its truth words after "=" as numbers: " = PRAWDA" is " =-1". Exact case,
     // and at most one blank behind the "=". Strict, and never fails.
@@ -263,7 +270,7 @@ struct ClassTable<aproste> {
         method<&aproste::HLiczToStr>(u"HLiczToStr", by_reference(u"LICZ")),
         method<&aproste::HGodzToLicz>(u"HGodzToLicz", by_reference(u"LICZ")),
         method<&aproste::HGodzToLiczRCP>(u"HGodzToLiczRCP", by_reference(u"LICZ")),
-        not_built(u"DbCloseSEL"),
+        method<&aproste::DbCloseSEL>(u"DbCloseSEL", by_reference(u"Pr")),
     });
 };
 

@@ -4,7 +4,7 @@
 
 #include <kvarta16/dates/aDaty.h>
 #include <kvarta16/dates/aproste.h>
-#include <kvarta16/dates/whole_day.h>
+#include <kvarta16/frame/whole_day.h>
 #include <kvarta16/platform/platform.h>
 
 namespace kvarta16 {
@@ -85,7 +85,7 @@ String aproste::FormatDS(Date da, StringView MaskaDocelowa) const {
 }
 
 String aproste::NazwaMiesiąca(Date MiesiącKPIR) const {
-    if (dates::civil_day(MiesiącKPIR).year == year_of_no_month) {
+    if (civil_day(MiesiącKPIR).year == year_of_no_month) {
         return u"Miesiąc nie wybrany";
     }
     return render(MiesiącKPIR, u"mmmm yyyy");

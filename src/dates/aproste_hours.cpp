@@ -48,10 +48,10 @@ Double aproste::HGodzToLicz(String& LICZ) const {
     fill_in_no_time(LICZ);
     String hours;
     String minutes = u"0";
-    if (const Long colon = kvarta16::find(LICZ, u":")) {
+    if (const Long colon = position_of(LICZ, u":")) {
         hours = left_part(LICZ, colon - 1);
         minutes = substring(LICZ, colon + 1);
-    } else if (const Long comma = kvarta16::find(LICZ, u",")) {
+    } else if (const Long comma = position_of(LICZ, u",")) {
         hours = left_part(LICZ, comma - 1);
     } else {
         hours = ToText(AnyToLong(LICZ));
@@ -62,7 +62,7 @@ Double aproste::HGodzToLicz(String& LICZ) const {
 Single aproste::HGodzToLiczRCP(String& LICZ) const {
     fill_in_no_time(LICZ);
     // Without a colon the length of the hours comes out as -1, which is the failure callers know.
-    const Long colon = kvarta16::find(LICZ, u":");
+    const Long colon = position_of(LICZ, u":");
     const Long hours = AnyToLong(left_part(LICZ, colon - 1));
     const Long minutes = AnyToLong(substring(LICZ, colon + 1));
     return static_cast<Single>(hours_of(LICZ, hours, minutes));

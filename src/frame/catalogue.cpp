@@ -2,10 +2,14 @@
 
 #include <kvarta16/ciphers/d1enc.h>
 #include <kvarta16/ciphers/dsEncrypt.h>
+#include <kvarta16/database/Baza.h>
+#include <kvarta16/database/ClsCzyscBazeDAO.h>
 #include <kvarta16/dates/aDaty.h>
 #include <kvarta16/dates/aproste.h>
 #include <kvarta16/frame/amain.h>
 #include <kvarta16/frame/catalogue.h>
+#include <kvarta16/hr/Class1.h>
+#include <kvarta16/hr/Kadry.h>
 #include <kvarta16/numbers/ClsSlownie.h>
 #include <kvarta16/numbers/aLiczby.h>
 #include <kvarta16/statutory/Akt.h>
@@ -64,8 +68,7 @@ constexpr ClassInfo classes[] = {
     built<aDaty>(),
     planned(u"aIO", Instancing::Global, "605D0F3D-4B17-4157-BF8D-BECAB55DABD0",
             "F024779C-BFDC-438E-ABB1-A47E21D42416"),
-    planned(u"Kadry", Instancing::Global, "AC8CCDF9-407F-4ECA-876D-ED06341EBB57",
-            "203407A5-57D0-4C05-B32D-4080F14533F8"),
+    built<Kadry>(),
     built<aLiczby>(),
     built<amain>(),
     planned(u"amenu", Instancing::Global, "67ECFA56-A11A-4E2D-AB52-E783D202F467",
@@ -78,16 +81,18 @@ constexpr ClassInfo classes[] = {
     planned(u"ClsPrint", Instancing::Creatable, "5D64C964-C4AE-4E0D-BDE9-4606E9607042",
             "79EE7936-7692-4DB0-ADB6-747CDFB2C5E7"),
     built<ClsSłownie>(),
-    planned(u"Baza", Instancing::Global, "61485FDF-89F0-4CEE-94BC-12FA16AB4B4A",
-            "54674E0D-4A31-4851-9FCA-F01684BBD203"),
+    built<Baza>(),
     planned(u"CBrowseForFolders", Instancing::Global, "C0CFB165-12F5-4A89-8E2A-E3C2F4F5FF01",
             "E87B1E26-1434-4B79-B56A-26695ECD516D"),
     built<Akt>(),
-    planned(u"Class1", Instancing::Creatable, "F9271D58-E4A5-4BDE-BE6D-96698A06BAE1",
-            "753B7B1D-A866-4662-9A69-86A2EF29AFC5"),
+    built<Class1>(),
     built<Class3>(),
     planned(u"CFileFind", Instancing::Creatable, "3030B6F2-8E69-49C6-A13C-73A79BD6983E",
             "2417ECAA-85F5-4951-BC09-7A4AF63EC28C"),
+};
+
+constexpr ClassInfo private_class_list[] = {
+    built<ClsCzyśćBazęDAO>(),
 };
 
 // The primitives with a plain argument list each: the settings that C++ callers have beside it
@@ -125,6 +130,10 @@ const MemberInfo* ClassInfo::find(StringView name, MemberKind kind) const {
 
 std::span<const ClassInfo> public_classes() {
     return classes;
+}
+
+std::span<const ClassInfo> private_classes() {
+    return private_class_list;
 }
 
 const ClassInfo* find_class(StringView name) {

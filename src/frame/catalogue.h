@@ -37,7 +37,11 @@ struct ClassInfo {
 // The twenty public classes in the order of the type library.
 [[nodiscard]] std::span<const ClassInfo> public_classes();
 
-// The class of that name, or nullptr.
+// The classes that stand in no type library and have no identifiers. Hosts may offer a way in to
+// them; they are created like a creatable class.
+[[nodiscard]] std::span<const ClassInfo> private_classes();
+
+// The public class of that name, or nullptr.
 [[nodiscard]] const ClassInfo* find_class(StringView name);
 
 // The value primitives, by the same kind of entries; their `self` is not looked at.

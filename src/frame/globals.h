@@ -8,8 +8,10 @@
 
 #include <utility>
 
+#include <kvarta16/database/Baza.h>
 #include <kvarta16/dates/aDaty.h>
 #include <kvarta16/dates/aproste.h>
+#include <kvarta16/hr/Kadry.h>
 #include <kvarta16/numbers/aLiczby.h>
 #include <kvarta16/text/Class3.h>
 #include <kvarta16/text/aChar.h>
@@ -360,6 +362,52 @@ decltype(auto) HGodzToLicz(auto&&... arguments) {
 }
 decltype(auto) HGodzToLiczRCP(auto&&... arguments) {
     return instance<aproste>().HGodzToLiczRCP(std::forward<decltype(arguments)>(arguments)...);
+}
+
+// Kadry
+decltype(auto) PodajDzień(auto&&... arguments) {
+    return instance<Kadry>().PodajDzień(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) licz_okres2(auto&&... arguments) {
+    return instance<Kadry>().licz_okres2(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) licz_okres(auto&&... arguments) {
+    return instance<Kadry>().licz_okres(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) sumuj_okresy(auto&&... arguments) {
+    return instance<Kadry>().sumuj_okresy(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) limit_u(auto&&... arguments) {
+    return instance<Kadry>().limit_u(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) limit_u1(auto&&... arguments) {
+    return instance<Kadry>().limit_u1(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) data_6m(auto&&... arguments) {
+    return instance<Kadry>().data_6m(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) data_12m(auto&&... arguments) {
+    return instance<Kadry>().data_12m(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) data_6l(auto&&... arguments) {
+    return instance<Kadry>().data_6l(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) data_10l(auto&&... arguments) {
+    return instance<Kadry>().data_10l(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DbCloseSEL(auto&&... arguments) {
+    return instance<aproste>().DbCloseSEL(std::forward<decltype(arguments)>(arguments)...);
+}
+
+// Baza
+decltype(auto) DbWykonajNorthWind(auto&&... arguments) {
+    return instance<Baza>().DbWykonajNorthWind(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) NewMdb(auto&&... arguments) {
+    return instance<Baza>().NewMdb(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Sprawdź_bazęDAO(auto&&... arguments) {
+    return instance<Baza>().Sprawdź_bazęDAO(std::forward<decltype(arguments)>(arguments)...);
 }
 
 // The property of aChar: the thread's own, to read and to write.

@@ -4,24 +4,46 @@
 namespace kvarta16 {
 namespace {
 
+// The value 0, or another whole number, in a type.
+Variant number_of_type(TypeName type, Long number) {
+    switch (type) {
+        case TypeName::Byte:
+            return static_cast<Byte>(number);
+        case TypeName::Integer:
+            return wrap16(number);
+        case TypeName::Single:
+            return static_cast<Single>(number);
+        case TypeName::Double:
+            return static_cast<Double>(number);
+        case TypeName::Currency:
+            return Currency::raw(std::int64_t{number} * 10000);
+        case TypeName::Date:
+            return Date{static_cast<Double>(number)};
+        case TypeName::Boolean:
+            return Boolean(number != 0);
+        default:
+            return number;
+    }
+}
+
 // An optional argument that the caller left out holds the zero value of its type, or the default
-// that the entry tells; an optional Variant stays missing.
+// that the entry tells, in that type; an optional Variant stays missing.
 Variant default_of(const Parameter& parameter) {
     if (const auto* text = std::get_if<StringView>(&parameter.default_value)) {
         return *text;
     }
     if (const auto* number = std::get_if<Long>(&parameter.default_value)) {
-        return *number;
+        return number_of_type(parameter.type, *number);
     }
     switch (parameter.type) {
         case TypeName::Variant:
             return Variant::missing();
         case TypeName::Object:
             return ObjectPointer();
-        case TypeName::Boolean:
-            return false;
+        case TypeName::String:
+            return String();
         default:
-            return Variant();  // Empty coerces to the zero value of every other type
+            return number_of_type(parameter.type, 0);
     }
 }
 

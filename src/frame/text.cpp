@@ -59,6 +59,11 @@ Long length(StringView text) noexcept {
     return wrap32(static_cast<std::int64_t>(text.size()));
 }
 
+std::size_t reach_of_16_bits(StringView text) noexcept {
+    const Integer limit = wrap16(static_cast<std::int64_t>(text.size()));
+    return limit > 0 ? static_cast<std::size_t>(limit) : 0;
+}
+
 String substring(StringView text, Long start, Long count) {
     const std::size_t offset = offset_of(start);
     const std::size_t wanted = not_negative(count);
@@ -93,7 +98,7 @@ void overwrite(String& target, Long start, Long count, StringView replacement) {
     std::copy_n(replacement.begin(), put, target.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
-Long find(StringView text, StringView wanted, Long start) {
+Long position_of(StringView text, StringView wanted, Long start) {
     const std::size_t offset = offset_of(start);
     if (offset >= text.size()) {
         return 0;

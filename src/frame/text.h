@@ -8,6 +8,10 @@ namespace kvarta16 {
 // A length as the platform counts it, in 32 bits.
 [[nodiscard]] Long length(StringView text) noexcept;
 
+// How many characters of a text a 16-bit counter walks over: none from 32768 to 65536 characters,
+// what the wrapped length counts beyond.
+[[nodiscard]] std::size_t reach_of_16_bits(StringView text) noexcept;
+
 // The part of a text from `start`, `count` characters long or to the end. A start past the end
 // gives ""; a count that reaches past the end is clipped. Fails: 5 for a start below 1 or a
 // negative count.
@@ -28,7 +32,7 @@ void overwrite(String& target, Long start, Long count, StringView replacement);
 
 // The first position at or behind `start` at which `wanted` stands, 0 if nowhere. Searching for
 // "" answers `start`; searching in "" answers 0. Fails: 5 for a start below 1.
-[[nodiscard]] Long find(StringView text, StringView wanted, Long start = 1);
+[[nodiscard]] Long position_of(StringView text, StringView wanted, Long start = 1);
 
 // The text with every `wanted` replaced, left to right, not looking at what it has put. An empty
 // `wanted` leaves the text as it is.

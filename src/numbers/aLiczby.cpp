@@ -51,7 +51,7 @@ Currency sum(const aLiczby& numbers, const Operands&... operands) {
 // The text of an amount with blanks in the place of the comma and of the decimals that it lacks.
 String aligned(Currency amount, Long decimals) {
     String text = ToText(amount);
-    const Long comma = find(text, u",");
+    const Long comma = position_of(text, u",");
     const Long lacking = comma == 0 ? decimals + 1 : decimals - (length(text) - comma);
     // In Double a large amount keeps more decimals than it is rounded to, and then none is lacking.
     return lacking > 0 ? text + blanks(lacking) : text;

@@ -77,7 +77,7 @@ Currency text_route(StringView text, const Place& place) {
     const String finer = IsNumericText(copy)
                              ? FormatMask(copy, place.finer_mask)
                              : FormatMask(ValPrefix(*copy.get_if<String>()), place.finer_mask);
-    const Long comma = find(finer, u",");
+    const Long comma = position_of(finer, u",");
     if (comma == 0) {
         return ToCurrency(FormatMask(copy, place.mask));
     }

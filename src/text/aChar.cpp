@@ -9,17 +9,11 @@ constexpr char16_t apostrophe = u'\'';
 constexpr char16_t double_quote = u'"';
 constexpr char16_t blank = u' ';
 
-// How many characters of a text a 16-bit counter walks over.
-std::size_t walked(StringView text) {
-    const Integer limit = wrap16(static_cast<std::int64_t>(text.size()));
-    return limit > 0 ? static_cast<std::size_t>(limit) : 0;
-}
-
 // A copy of the text, with `change` done to each character that a 16-bit counter walks over.
 template <class Change>
 String with_walked(StringView text, Change change) {
     String result(text);
-    const auto end = result.begin() + static_cast<std::ptrdiff_t>(walked(text));
+    const auto end = result.begin() + static_cast<std::ptrdiff_t>(reach_of_16_bits(text));
     std::transform(result.begin(), end, result.begin(), change);
     return result;
 }
@@ -76,7 +70,7 @@ Variant aChar::Replace2(String& a, StringView z, StringView doo) const {
     String upper = upper_case(a);
     Long from = 1;
     // Qualified, as std::find takes such arguments too.
-    while (const Long at = kvarta16::find(upper, wanted, from)) {
+    while (const Long at = position_of(upper, wanted, from)) {
         endless_step();
         overwrite(a, at, reach, put);
         overwrite(upper, at, reach, put_upper);
@@ -112,7 +106,7 @@ String aChar::Przecinek_Kropka(StringView s) const {
         return u"0";
     }
     String result(s);
-    if (const Long comma = find(s, u",")) {
+    if (const Long comma = position_of(s, u",")) {
         overwrite(result, comma, 1, u".");
     }
     return result;
@@ -120,7 +114,7 @@ String aChar::Przecinek_Kropka(StringView s) const {
 
 String aChar::Cut1310Chars(StringView s) const {
     // The bytes 13, 10, 9 and 0 of Windows-1250 are these four characters and no others.
-    return with_walked(s.substr(0, walked(s)), [](char16_t unit) {
+    return with_walked(s.substr(0, reach_of_16_bits(s)), [](char16_t unit) {
         return unit == u'\r' || unit == u'\n' || unit == u'\t' || unit == u'\0' ? blank : unit;
     });
 }
@@ -144,10 +138,10 @@ Variant aChar::UzMid(String& s, Long Start, Long l) const {
 
 String aChar::A_DOK(const Variant& aas) const {
     String text = ToText(aas);
-    if (const Long slash = find(text, u"/")) {
+    if (const Long slash = position_of(text, u"/")) {
         text = String(trim_left(left_part(text, slash - 1)));
     }
-    if (const Long backslash = find(text, u"\\")) {
+    if (const Long backslash = position_of(text, u"\\")) {
         text = String(trim_left(substring(text, backslash + 1)));
     }
     return text;
@@ -155,7 +149,7 @@ String aChar::A_DOK(const Variant& aas) const {
 
 String aChar::B_DOK(const Variant& aas) const {
     const String text = ToText(aas);
-    const Long slash = find(text, u"/");
+    const Long slash = position_of(text, u"/");
     return slash != 0 ? String(trim_left(substring(text, slash + 1))) : String();
 }
 

@@ -86,12 +86,6 @@ constexpr Substitution from_cp852(cp852, letters);
 // over each of its characters. ą goes through Ą, and Ć through Ź.
 constexpr Substitution to_cp852_in_rounds(letters, in_rounds(letters, cp852));
 
-// How many characters of a text a 16-bit counter walks over.
-std::size_t walked(StringView text) {
-    const Integer limit = wrap16(static_cast<std::int64_t>(text.size()));
-    return limit > 0 ? static_cast<std::size_t>(limit) : 0;
-}
-
 // A copy of the text with the first `count` characters substituted.
 String substituted(StringView text, const Substitution& substitution, std::size_t count) {
     String result(text);
@@ -109,25 +103,25 @@ String aChar::KonwertLitery(StringView Slowo,
     step([&] { set = ToText(Set_Strona_kodowa_wydruku_łańcuch); });
     Eighteen targets = letters;
     std::copy_n(set.begin(), std::min(set.size(), letter_count), targets.begin());
-    return substituted(Slowo, Substitution(letters, targets), walked(Slowo));
+    return substituted(Slowo, Substitution(letters, targets), reach_of_16_bits(Slowo));
 }
 
 String aChar::KonwertNaMaz(StringView Slowo) const {
-    return substituted(Slowo, to_mazovia, walked(Slowo));
+    return substituted(Slowo, to_mazovia, reach_of_16_bits(Slowo));
 }
 
 String aChar::KonwertPlatnik(StringView Slowo) const {
-    return substituted(Slowo, to_platnik, walked(Slowo));
+    return substituted(Slowo, to_platnik, reach_of_16_bits(Slowo));
 }
 
 String aChar::KonwertNaWin(StringView Slowo) const {
     // One substitution for a whole round over the list in each position: a letter put for the j-th
     // character does not stand behind the j-th place of the list itself.
-    return substituted(Slowo, from_cp852, walked(Slowo));
+    return substituted(Slowo, from_cp852, reach_of_16_bits(Slowo));
 }
 
 String aChar::konwertNaBPL(StringView Slowo) const {
-    return substituted(Slowo, to_plain, walked(Slowo));
+    return substituted(Slowo, to_plain, reach_of_16_bits(Slowo));
 }
 
 String aChar::Konwert_lan(StringView Slowo) const {

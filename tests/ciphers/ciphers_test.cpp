@@ -62,7 +62,7 @@ class LongWay {
 
   private:
     void append(String& output, const String& c, const String& k) const {
-        const Long p = kvarta16::find(alphabet_, c);
+        const Long p = position_of(alphabet_, c);
         if (is_dsEncrypt<Cipher> && p == 0) {
             output += c;
             return;

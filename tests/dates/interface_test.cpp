@@ -18,11 +18,11 @@ std::string signature_of(const MemberInfo& member) {
 }
 
 template <class C>
-void expect_members(const std::vector<std::string>& expected, StringView later = {}) {
+void expect_members(const std::vector<std::string>& expected) {
     std::vector<std::string> members;
     for (const MemberInfo& member : ClassTable<C>::members) {
         members.push_back(signature_of(member));
-        EXPECT_EQ(member.is_built(), member.name != later) << to_utf8(member.name);
+        EXPECT_TRUE(member.is_built()) << to_utf8(member.name);
         EXPECT_EQ(member.kind, MemberKind::Method);
     }
     EXPECT_EQ(members, expected);
@@ -51,52 +51,50 @@ TEST(Interface, OfADaty) {
 }
 
 TEST(Interface, OfAproste) {
-    expect_members<aproste>(
-        {
-            "DateSerialSpr(ref Rok Long, ref Miesiąc Long, ref Dzień Long, "
-            "[ref IFFailSetNow Boolean]) Date",
-            "ObetnijGodz(ref da Date) Date",
-            "Str2Date(ref s String) Date",
-            "Date2Str(ref d Date) Date",
-            "FlexStr2DateNOW(ref s String) Date",
-            "FlexStr2Date(ref s String) Date",
-            "Flex2DateStr(ref s String, [ref MaskaDocelowa String]) String",
-            "FormatSD(ref da String, ref MaskaDaŻrółowa String, [ref SetNow Boolean]) Date",
-            "FormatSDS(ref da String, ref MaskaDaŻrółowa String, [ref MaskaDocelowa String]) "
-            "String",
-            "FormatDS(ref da Date, ref MaskaDocelowa String) String",
-            "NazwaMiesiąca(ref MiesiącKPIR Date) String",
-            "CzekajSek(Sekundy Long) None",
-            "MinMax(ref x Long, ref min Long, ref max Long) Long",
-            "MinMaxi(ref x Integer, ref min Integer, ref max Integer) Integer",
-            "max(ref x Long, ref y Long) Long",
-            "MAXi(ref x Integer, ref y Integer) Integer",
-            "TrueFalseStr(ref a Boolean) String",
-            "AnyBool2Int(B Variant) Integer",
-            "Bool2Str(B Boolean) String",
-            "Check2Str(ref CH Integer) String",
-            "Bool2Int(ref CH Boolean) Integer",
-            "Str2Bool(ref StrA String) Boolean",
-            "Zamień(ref aas String, ref bbs String) None",
-            "Bez_1310(ref s String) String",
-            "Bez_1310_spc(ref s String) String",
-            "Nazwa_pliu_z____(ref s String) String",
-            "Obcinaj(ref lanc String, ref dl Long, ref pocz Long) Long",
-            "obcinaj_do_Przecinka(ref lanc String, ref dl Long, ref pocz Long) Long",
-            "obcinaj_v(ref lanc Variant, ref dl Long, ref pocz Long) Long",
-            "TrimMinus(ref a String) Variant",
-            "Make_K1234(k String, ref K1 String, ref k2 String, ref k3 String, ref k4 String) "
-            "None",
-            "Make_1234K(ref K1 String, ref k2 String, ref k3 String, ref k4 String) Variant",
-            "Chk2Bool(ref c Integer) Integer",
-            "Bool2INTBool(ref c Boolean) Integer",
-            "HLiczToGodz(ref LICZ Double) String",
-            "HLiczToStr(ref LICZ Double) String",
-            "HGodzToLicz(ref LICZ String) Double",
-            "HGodzToLiczRCP(ref LICZ String) Single",
-            "DbCloseSEL() None",  // its place is kept
-        },
-        u"DbCloseSEL");
+    expect_members<aproste>({
+        "DateSerialSpr(ref Rok Long, ref Miesiąc Long, ref Dzień Long, "
+        "[ref IFFailSetNow Boolean]) Date",
+        "ObetnijGodz(ref da Date) Date",
+        "Str2Date(ref s String) Date",
+        "Date2Str(ref d Date) Date",
+        "FlexStr2DateNOW(ref s String) Date",
+        "FlexStr2Date(ref s String) Date",
+        "Flex2DateStr(ref s String, [ref MaskaDocelowa String]) String",
+        "FormatSD(ref da String, ref MaskaDaŻrółowa String, [ref SetNow Boolean]) Date",
+        "FormatSDS(ref da String, ref MaskaDaŻrółowa String, [ref MaskaDocelowa String]) "
+        "String",
+        "FormatDS(ref da Date, ref MaskaDocelowa String) String",
+        "NazwaMiesiąca(ref MiesiącKPIR Date) String",
+        "CzekajSek(Sekundy Long) None",
+        "MinMax(ref x Long, ref min Long, ref max Long) Long",
+        "MinMaxi(ref x Integer, ref min Integer, ref max Integer) Integer",
+        "max(ref x Long, ref y Long) Long",
+        "MAXi(ref x Integer, ref y Integer) Integer",
+        "TrueFalseStr(ref a Boolean) String",
+        "AnyBool2Int(B Variant) Integer",
+        "Bool2Str(B Boolean) String",
+        "Check2Str(ref CH Integer) String",
+        "Bool2Int(ref CH Boolean) Integer",
+        "Str2Bool(ref StrA String) Boolean",
+        "Zamień(ref aas String, ref bbs String) None",
+        "Bez_1310(ref s String) String",
+        "Bez_1310_spc(ref s String) String",
+        "Nazwa_pliu_z____(ref s String) String",
+        "Obcinaj(ref lanc String, ref dl Long, ref pocz Long) Long",
+        "obcinaj_do_Przecinka(ref lanc String, ref dl Long, ref pocz Long) Long",
+        "obcinaj_v(ref lanc Variant, ref dl Long, ref pocz Long) Long",
+        "TrimMinus(ref a String) Variant",
+        "Make_K1234(k String, ref K1 String, ref k2 String, ref k3 String, ref k4 String) "
+        "None",
+        "Make_1234K(ref K1 String, ref k2 String, ref k3 String, ref k4 String) Variant",
+        "Chk2Bool(ref c Integer) Integer",
+        "Bool2INTBool(ref c Boolean) Integer",
+        "HLiczToGodz(ref LICZ Double) String",
+        "HLiczToStr(ref LICZ Double) String",
+        "HGodzToLicz(ref LICZ String) Double",
+        "HGodzToLiczRCP(ref LICZ String) Single",
+        "DbCloseSEL(ref Pr Object) None",
+    });
     EXPECT_EQ(show(ClassTable<aproste>::header.name), show(u"aproste"));
     EXPECT_EQ(ClassTable<aproste>::header.interface_id, "B0CD1AC5-3C94-431F-A082-BEFB495696CB");
     EXPECT_EQ(ClassTable<aproste>::header.class_id, "30FCABA2-5DB2-4997-9FF5-09DDD3C10681");

@@ -141,14 +141,21 @@ TEST(Coercions, OfMoneyGoToTheNearestWholeNumber) {
     }
 }
 
+// The Double nearest to a number as the notation shows it.
+double nearest_double(const std::string& shown) {
+    return std::strtod(shown.c_str(), nullptr);
+}
+
 TEST(Coercions, OfMoneyToDoubleAreTheNearestOne) {
     Random random(3);
     for (int i = 0; i < random_cases; ++i) {
-        const Currency value = Currency::raw(random.between(-9'007'199'254'740'992LL,  //
-                                                            9'007'199'254'740'992LL));
-        // Both operands are exact here, so that the quotient is the nearest Double.
-        ASSERT_EQ(to_double(value), static_cast<double>(value.count) / 10000.0) << show(value);
+        for (const Currency value : {Currency::raw(random.count()),
+                                     Currency::raw(static_cast<std::int64_t>(random.bits()))}) {
+            ASSERT_EQ(to_double(value), nearest_double(show(value))) << show(value);
+        }
     }
+    EXPECT_EQ(to_double(Currency::raw(highest)), 922337203685477.5807);
+    EXPECT_EQ(to_double(Currency::raw(lowest)), -922337203685477.5808);
 }
 
 // ---- Double -----------------------------------------------------------------------------------
@@ -192,7 +199,7 @@ TEST(Coercions, OfDoublesAreThoseOfTheProduct) {
 }
 
 TEST(Coercions, OfDoublesGoToTheEvenOneOnATie) {
-    for (int half = -400'000; half <= 400'000; ++half) {
+    for (int half = -2 * random_cases; half <= 2 * random_cases; ++half) {
         expect_coercions_of_double(half / 2.0);
         expect_coercions_of_double(half / 20000.0);
     }
@@ -259,6 +266,14 @@ TEST(Coercions, OfDecimalsAreExact) {
         ASSERT_EQ(outcome([&] { return ToLong(value); }), expected_long(number)) << show(value);
         ASSERT_EQ(outcome([&] { return ToInteger16(value); }), expected_integer(number))
             << show(value);
+    }
+}
+
+TEST(Coercions, OfDecimalsToDoubleAreTheNearestOne) {
+    Random random(61);
+    for (int i = 0; i < random_cases; ++i) {
+        const Decimal value = random_decimal(random);
+        ASSERT_EQ(to_double(value), nearest_double(show(value))) << show(value);
     }
 }
 

@@ -80,7 +80,7 @@ TEST(TextParts, HoldAnyCodeUnit) {
     EXPECT_EQ(length(text), 5);
     EXPECT_EQ(substring(text, 2, 3), String({u'\0', u'b', char16_t{0xD800}}));
     EXPECT_EQ(right_part(text, 4), String({u'\0', u'b', char16_t{0xD800}, u'c'}));
-    EXPECT_EQ(find(text, String(1, u'\0')), 2);
+    EXPECT_EQ(position_of(text, String(1, u'\0')), 2);
 }
 
 TEST(TextBlanks, AreAsManyAsAskedFor) {
@@ -181,10 +181,10 @@ TEST(TextFind, AgreesWithAPlainLoop) {
             if (wanted.empty()) {
                 continue;
             }
-            ASSERT_EQ(find(text, wanted), plain_find(text, wanted, 1))
+            ASSERT_EQ(position_of(text, wanted), plain_find(text, wanted, 1))
                 << show(text) << ", " << show(wanted);
             for (const Long start : {1, 2, 3, 4, 5, 6, 7, most - 1, most}) {
-                ASSERT_EQ(kvarta16::find(text, wanted, start), plain_find(text, wanted, start))
+                ASSERT_EQ(position_of(text, wanted, start), plain_find(text, wanted, start))
                     << show(text) << ", " << show(wanted) << ", " << start;
             }
         }
@@ -192,22 +192,22 @@ TEST(TextFind, AgreesWithAPlainLoop) {
 }
 
 TEST(TextFind, AnswersTheStartForNothingAndZeroInNothing) {
-    EXPECT_EQ(find(u"abc", u""), 1);
-    EXPECT_EQ(find(u"abc", u"", 1), 1);
-    EXPECT_EQ(find(u"abc", u"", 3), 3);
-    EXPECT_EQ(find(u"", u"a"), 0);
-    EXPECT_EQ(find(u"", u""), 0);
-    EXPECT_EQ(find(u"", u"a", 5), 0);
+    EXPECT_EQ(position_of(u"abc", u""), 1);
+    EXPECT_EQ(position_of(u"abc", u"", 1), 1);
+    EXPECT_EQ(position_of(u"abc", u"", 3), 3);
+    EXPECT_EQ(position_of(u"", u"a"), 0);
+    EXPECT_EQ(position_of(u"", u""), 0);
+    EXPECT_EQ(position_of(u"", u"a", 5), 0);
     for (const Long start : {0, -1, least}) {
-        EXPECT_EQ(failure_of([start] { return find(u"abc", u"a", start); }), 5);
-        EXPECT_EQ(failure_of([start] { return find(u"abc", u"", start); }), 5);
+        EXPECT_EQ(failure_of([start] { return position_of(u"abc", u"a", start); }), 5);
+        EXPECT_EQ(failure_of([start] { return position_of(u"abc", u"", start); }), 5);
     }
 }
 
 TEST(TextFind, ComparesCodeUnits) {
-    EXPECT_EQ(find(u"abc", u"B"), 0);
-    EXPECT_EQ(find(u"\u0104", u"\u0105"), 0);
-    EXPECT_EQ(find(u"a\u0301", u"\u00E1"), 0);
+    EXPECT_EQ(position_of(u"abc", u"B"), 0);
+    EXPECT_EQ(position_of(u"\u0104", u"\u0105"), 0);
+    EXPECT_EQ(position_of(u"a\u0301", u"\u00E1"), 0);
 }
 
 String plain_replace(String text, const String& wanted, const String& replacement) {

@@ -197,10 +197,10 @@ String by_the_table(StringView amount) {
     if (left_part(text, 1) == u"-") {
         text = substring(text, 2);
     }
-    if (kvarta16::find(text, u",") == 0) {
+    if (position_of(text, u",") == 0) {
         text += u",00";
     }
-    const Long comma = kvarta16::find(text, u",");
+    const Long comma = position_of(text, u",");
     const String zlote = left_part(text, comma - 1);
     String grosze = substring(text, comma + 1);
     if (grosze.size() == 1) {

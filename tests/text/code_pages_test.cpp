@@ -156,7 +156,7 @@ std::size_t positions(const String& text) {
 String one_pass(StringView slowo, StringView to) {
     String copy(slowo);
     for (std::size_t i = 1; i <= positions(copy); ++i) {
-        const Long k = kvarta16::find(letters, substring(copy, static_cast<Long>(i), 1));
+        const Long k = position_of(letters, substring(copy, static_cast<Long>(i), 1));
         if (k > 0) {
             overwrite(copy, static_cast<Long>(i), 1, substring(to, k, 1));
         }

@@ -1,11 +1,11 @@
-// A Date without its time of day, as this room's classes take it apart.
+// A Date without its time of day, as the classes that count in days take it apart.
 #pragma once
 
 #include <cmath>
 
 #include <kvarta16/frame/value.h>
 
-namespace kvarta16::dates {
+namespace kvarta16 {
 
 // The day's number. Before day 0 too the time counts forward from the number cut towards zero:
 // -1.25 is 06:00 of day -1. Fails: 5 outside the years 100 to 9999.
@@ -22,4 +22,4 @@ namespace kvarta16::dates {
     return civil_of(whole_day(date));
 }
 
-}  // namespace kvarta16::dates
+}  // namespace kvarta16
