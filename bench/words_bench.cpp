@@ -1,8 +1,10 @@
-// Words, code pages, the calculator and the ciphers, with iconv beside the code pages.
+// Words, code pages, the calculator and the ciphers, with iconv beside the code pages and ICU
+// beside the words.
 #include <string>
 
 #include <benchmark/benchmark.h>
 #include <iconv.h>
+#include <unicode/rbnf.h>
 
 #include <kvarta16/ciphers/d1enc.h>
 #include <kvarta16/ciphers/dsEncrypt.h>
@@ -86,6 +88,21 @@ void slownie(benchmark::State& state, StringView amount) {
 BENCHMARK_CAPTURE(slownie, 1234_56, StringView(u"1234,56"));
 BENCHMARK_CAPTURE(slownie, 0_50, StringView(u"0,50"));
 BENCHMARK_CAPTURE(slownie, 987654321_99, StringView(u"987654321,99"));
+
+// The number of złoty in Polish words, as a caller takes it from a general library.
+void peer_icu_spellout(benchmark::State& state) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::RuleBasedNumberFormat format(icu::URBNF_SPELLOUT, icu::Locale("pl"), status);
+    if (U_FAILURE(status)) {
+        state.SkipWithError("no Polish words");
+        return;
+    }
+    for (auto _ : state) {
+        icu::UnicodeString words;
+        benchmark::DoNotOptimize(format.format(1234, words));
+    }
+}
+BENCHMARK(peer_icu_spellout)->Name("peer_icu_spellout_1234");
 
 void expression(benchmark::State& state, StringView text) {
     const aLiczby object;
