@@ -75,7 +75,7 @@ class Recordset : public Object {
     virtual void Close() = 0;
 };
 
-class Connection : public Object {
+class Connection : public virtual Object {
   public:
     // A new, closed recordset, to be opened on this connection.
     [[nodiscard]] virtual std::shared_ptr<Recordset> CreateRecordset() = 0;

@@ -69,6 +69,22 @@ constexpr auto operation_names = std::to_array<OperationName>({
     {Operation::MessageBoxesMsgBox, "MessageBoxes", "MsgBox"},
     {Operation::ClockNow, "Clock", "Now"},
     {Operation::SleeperSleep, "Sleeper", "Sleep"},
+    {Operation::FilesGetAttr, "Files", "GetAttr"},
+    {Operation::FilesKill, "Files", "Kill"},
+    {Operation::EngineCreateDatabase, "DBEngine", "CreateDatabase"},
+    {Operation::EngineOpenDatabase, "DBEngine", "OpenDatabase"},
+    {Operation::DatabaseTableDefs, "Database", "TableDefs"},
+    {Operation::DatabaseExecute, "Database", "Execute"},
+    {Operation::DatabaseClose, "Database", "Close"},
+    {Operation::TableDefName, "TableDef", "Name"},
+    {Operation::TableDefFields, "TableDef", "Fields"},
+    {Operation::FieldsCount, "Fields", "Count"},
+    {Operation::FieldsItem, "Fields", "Item"},
+    {Operation::DaoFieldName, "Field", "Name"},
+    {Operation::DaoFieldType, "Field", "Type"},
+    {Operation::DaoFieldSize, "Field", "Size"},
+    {Operation::DaoFieldDefaultValue, "Field", "DefaultValue"},
+    {Operation::DaoFieldAllowZeroLength, "Field", "AllowZeroLength"},
 });
 
 std::vector<Operation> operations_named(std::string_view wanted) {
@@ -153,7 +169,7 @@ class FaultingRecordset final : public ado::ForwardingRecordset {
     Plan plan_;
 };
 
-class FaultingConnection final : public ado::ForwardingConnection {
+class FaultingConnection : public ado::ForwardingConnection {
   public:
     FaultingConnection(std::shared_ptr<ado::Connection> target, Plan plan) noexcept
         : ForwardingConnection(std::move(target)), plan_(std::move(plan)) {}
@@ -177,6 +193,156 @@ class FaultingConnection final : public ado::ForwardingConnection {
     void Close() override {
         plan_->count_call(Operation::ConnectionClose);
         ForwardingConnection::Close();
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingDaoField final : public dao::ForwardingField {
+  public:
+    FaultingDaoField(std::shared_ptr<dao::Field> target, Plan plan) noexcept
+        : ForwardingField(std::move(target)), plan_(std::move(plan)) {}
+
+    String Name() override {
+        plan_->count_call(Operation::DaoFieldName);
+        return ForwardingField::Name();
+    }
+    Integer Type() override {
+        plan_->count_call(Operation::DaoFieldType);
+        return ForwardingField::Type();
+    }
+    Long Size() override {
+        plan_->count_call(Operation::DaoFieldSize);
+        return ForwardingField::Size();
+    }
+    Variant DefaultValue() override {
+        plan_->count_call(Operation::DaoFieldDefaultValue);
+        return ForwardingField::DefaultValue();
+    }
+    void PutDefaultValue(const Variant& value) override {
+        plan_->count_call(Operation::DaoFieldDefaultValue);
+        ForwardingField::PutDefaultValue(value);
+    }
+    bool AllowZeroLength() override {
+        plan_->count_call(Operation::DaoFieldAllowZeroLength);
+        return ForwardingField::AllowZeroLength();
+    }
+    void PutAllowZeroLength(bool allow) override {
+        plan_->count_call(Operation::DaoFieldAllowZeroLength);
+        ForwardingField::PutAllowZeroLength(allow);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingFields final : public dao::ForwardingFields {
+  public:
+    FaultingFields(std::shared_ptr<dao::Fields> target, Plan plan) noexcept
+        : ForwardingFields(std::move(target)), plan_(std::move(plan)) {}
+
+    Integer Count() override {
+        plan_->count_call(Operation::FieldsCount);
+        return ForwardingFields::Count();
+    }
+    std::shared_ptr<dao::Field> Item(Long index) override {
+        plan_->count_call(Operation::FieldsItem);
+        return std::make_shared<FaultingDaoField>(ForwardingFields::Item(index), plan_);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingTableDef final : public dao::ForwardingTableDef {
+  public:
+    FaultingTableDef(std::shared_ptr<dao::TableDef> target, Plan plan) noexcept
+        : ForwardingTableDef(std::move(target)), plan_(std::move(plan)) {}
+
+    String Name() override {
+        plan_->count_call(Operation::TableDefName);
+        return ForwardingTableDef::Name();
+    }
+    void PutName(StringView name) override {
+        plan_->count_call(Operation::TableDefName);
+        ForwardingTableDef::PutName(name);
+    }
+    std::shared_ptr<dao::Fields> Fields() override {
+        plan_->count_call(Operation::TableDefFields);
+        return std::make_shared<FaultingFields>(ForwardingTableDef::Fields(), plan_);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingDatabase : public dao::ForwardingDatabase {
+  public:
+    FaultingDatabase(std::shared_ptr<dao::Database> target, Plan plan) noexcept
+        : ForwardingDatabase(std::move(target)), plan_(std::move(plan)) {}
+
+    std::vector<std::shared_ptr<dao::TableDef>> TableDefs() override {
+        plan_->count_call(Operation::DatabaseTableDefs);
+        std::vector<std::shared_ptr<dao::TableDef>> tables = ForwardingDatabase::TableDefs();
+        for (std::shared_ptr<dao::TableDef>& table : tables) {
+            table = std::make_shared<FaultingTableDef>(std::move(table), plan_);
+        }
+        return tables;
+    }
+    void Execute(StringView query) override {
+        plan_->count_call(Operation::DatabaseExecute);
+        ForwardingDatabase::Execute(query);
+    }
+    void Close() override {
+        plan_->count_call(Operation::DatabaseClose);
+        ForwardingDatabase::Close();
+    }
+
+  private:
+    Plan plan_;
+};
+
+// One object of both seams in front of one object of both seams.
+class FaultingConnectionAndDatabase final : public FaultingConnection, public FaultingDatabase {
+  public:
+    FaultingConnectionAndDatabase(std::shared_ptr<ado::Connection> connection,
+                                  std::shared_ptr<dao::Database> database,
+                                  const Plan& plan) noexcept
+        : FaultingConnection(std::move(connection), plan),
+          FaultingDatabase(std::move(database), plan) {}
+};
+
+class FaultingEngine final : public dao::ForwardingEngine {
+  public:
+    FaultingEngine(dao::DBEngine& target, Plan plan) noexcept
+        : ForwardingEngine(target), plan_(std::move(plan)) {}
+
+    std::shared_ptr<dao::Database> CreateDatabase(StringView name, StringView locale) override {
+        plan_->count_call(Operation::EngineCreateDatabase);
+        return faulting(ForwardingEngine::CreateDatabase(name, locale), plan_);
+    }
+    std::shared_ptr<dao::Database> OpenDatabase(StringView name) override {
+        plan_->count_call(Operation::EngineOpenDatabase);
+        return faulting(ForwardingEngine::OpenDatabase(name), plan_);
+    }
+
+  private:
+    Plan plan_;
+};
+
+class FaultingFiles final : public ForwardingFiles {
+  public:
+    FaultingFiles(Files& target, Plan plan) noexcept
+        : ForwardingFiles(target), plan_(std::move(plan)) {}
+
+    Long GetAttr(StringView path) override {
+        plan_->count_call(Operation::FilesGetAttr);
+        return ForwardingFiles::GetAttr(path);
+    }
+    void Kill(StringView path) override {
+        plan_->count_call(Operation::FilesKill);
+        ForwardingFiles::Kill(path);
     }
 
   private:
@@ -262,7 +428,24 @@ void FaultPlan::count_call(Operation operation) {
 
 std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
                                           std::shared_ptr<FaultPlan> plan) {
+    if (auto database = std::dynamic_pointer_cast<dao::Database>(target)) {
+        return std::make_shared<FaultingConnectionAndDatabase>(std::move(target),
+                                                               std::move(database), plan);
+    }
     return std::make_shared<FaultingConnection>(std::move(target), std::move(plan));
+}
+
+std::shared_ptr<dao::Database> faulting(std::shared_ptr<dao::Database> target,
+                                        std::shared_ptr<FaultPlan> plan) {
+    return std::make_shared<FaultingDatabase>(std::move(target), std::move(plan));
+}
+
+std::unique_ptr<dao::DBEngine> faulting(dao::DBEngine& target, std::shared_ptr<FaultPlan> plan) {
+    return std::make_unique<FaultingEngine>(target, std::move(plan));
+}
+
+std::unique_ptr<Files> faulting(Files& target, std::shared_ptr<FaultPlan> plan) {
+    return std::make_unique<FaultingFiles>(target, std::move(plan));
 }
 
 std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target, std::shared_ptr<FaultPlan> plan) {

@@ -23,11 +23,15 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <kvarta16/platform/ado.h>
 #include <kvarta16/platform/clock.h>
+#include <kvarta16/platform/dao.h>
+#include <kvarta16/platform/files.h>
 #include <kvarta16/platform/message_box.h>
 
 namespace kvarta16 {
@@ -64,6 +68,18 @@ class ForwardingSleeper : public Sleeper {
 
   private:
     Sleeper* target_;
+};
+
+// `target` must outlive the wrapper.
+class ForwardingFiles : public Files {
+  public:
+    explicit ForwardingFiles(Files& target) noexcept : target_(&target) {}
+    Long GetAttr(StringView path) override { return target_->GetAttr(path); }
+    void Kill(StringView path) override { target_->Kill(path); }
+    std::string native_path(StringView path) override { return target_->native_path(path); }
+
+  private:
+    Files* target_;
 };
 
 namespace ado {
@@ -125,6 +141,78 @@ class ForwardingConnection : public Connection {
 
 }  // namespace ado
 
+namespace dao {
+
+// Of each of these `target` is not empty, except the engine's, which must outlive the wrapper. What
+// an operation gives comes from the object behind as it is; an override that cares about the
+// objects below wraps them.
+
+class ForwardingField : public Field {
+  public:
+    explicit ForwardingField(std::shared_ptr<Field> target) noexcept : target_(std::move(target)) {}
+    String Name() override { return target_->Name(); }
+    Integer Type() override { return target_->Type(); }
+    Long Size() override { return target_->Size(); }
+    Variant DefaultValue() override { return target_->DefaultValue(); }
+    void PutDefaultValue(const Variant& value) override { target_->PutDefaultValue(value); }
+    bool AllowZeroLength() override { return target_->AllowZeroLength(); }
+    void PutAllowZeroLength(bool allow) override { target_->PutAllowZeroLength(allow); }
+
+  private:
+    std::shared_ptr<Field> target_;
+};
+
+class ForwardingFields : public Fields {
+  public:
+    explicit ForwardingFields(std::shared_ptr<Fields> target) noexcept
+        : target_(std::move(target)) {}
+    Integer Count() override { return target_->Count(); }
+    std::shared_ptr<Field> Item(Long index) override { return target_->Item(index); }
+
+  private:
+    std::shared_ptr<Fields> target_;
+};
+
+class ForwardingTableDef : public TableDef {
+  public:
+    explicit ForwardingTableDef(std::shared_ptr<TableDef> target) noexcept
+        : target_(std::move(target)) {}
+    String Name() override { return target_->Name(); }
+    void PutName(StringView name) override { target_->PutName(name); }
+    std::shared_ptr<dao::Fields> Fields() override { return target_->Fields(); }
+
+  private:
+    std::shared_ptr<TableDef> target_;
+};
+
+class ForwardingDatabase : public Database {
+  public:
+    explicit ForwardingDatabase(std::shared_ptr<Database> target) noexcept
+        : target_(std::move(target)) {}
+    std::vector<std::shared_ptr<TableDef>> TableDefs() override { return target_->TableDefs(); }
+    void Execute(StringView query) override { target_->Execute(query); }
+    void Close() override { target_->Close(); }
+
+  private:
+    std::shared_ptr<Database> target_;
+};
+
+class ForwardingEngine : public DBEngine {
+  public:
+    explicit ForwardingEngine(DBEngine& target) noexcept : target_(&target) {}
+    std::shared_ptr<Database> CreateDatabase(StringView name, StringView locale) override {
+        return target_->CreateDatabase(name, locale);
+    }
+    std::shared_ptr<Database> OpenDatabase(StringView name) override {
+        return target_->OpenDatabase(name);
+    }
+
+  private:
+    DBEngine* target_;
+};
+
+}  // namespace dao
+
 // ---- Faults ---------------------------------------------------------------------------------
 
 // The operations of the platform that a plan can make fail.
@@ -146,6 +234,22 @@ enum class Operation : std::uint8_t {
     MessageBoxesMsgBox,
     ClockNow,
     SleeperSleep,
+    FilesGetAttr,
+    FilesKill,
+    EngineCreateDatabase,
+    EngineOpenDatabase,
+    DatabaseTableDefs,
+    DatabaseExecute,
+    DatabaseClose,
+    TableDefName,  // reading it and putting it, here and below
+    TableDefFields,
+    FieldsCount,
+    FieldsItem,
+    DaoFieldName,
+    DaoFieldType,
+    DaoFieldSize,
+    DaoFieldDefaultValue,
+    DaoFieldAllowZeroLength,
 };
 
 enum class FaultSpan : std::uint8_t { Once, FromThenOn };
@@ -183,13 +287,19 @@ class FaultPlan {
 };
 
 // The same object with the faults of `plan` before each operation: one that is to fail is not
-// passed on. Of a connection the recordsets that it makes, and their fields, are covered too.
-// `target` must outlive the result.
+// passed on. What comes from the object is covered too: the recordsets of a connection and their
+// fields, the databases of an engine with their tables and fields. A connection that is also a
+// dao::Database stays one. `target` must outlive the result.
 [[nodiscard]] std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
                                                         std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target,
                                                      std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<Clock> faulting(Clock& target, std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<Sleeper> faulting(Sleeper& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Files> faulting(Files& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<dao::DBEngine> faulting(dao::DBEngine& target,
+                                                      std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::shared_ptr<dao::Database> faulting(std::shared_ptr<dao::Database> target,
+                                                      std::shared_ptr<FaultPlan> plan);
 
 }  // namespace kvarta16

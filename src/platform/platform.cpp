@@ -37,28 +37,20 @@ class StandardSleeper final : public Sleeper {
     }
 };
 
-const Platform& standard_platform() noexcept {
-    static UnattendedBoxes boxes;
-    static StandardClock clock;
-    static StandardSleeper sleeper;
-    static const Platform operations{&boxes, &clock, &sleeper};
-    return operations;
-}
-
-constinit const Platform* default_operations = nullptr;
 constinit thread_local const Platform* scoped_operations = nullptr;
 
 }  // namespace
 
 const Platform& platform() noexcept {
-    if (scoped_operations != nullptr) {
-        return *scoped_operations;
-    }
-    return default_operations != nullptr ? *default_operations : standard_platform();
+    return scoped_operations != nullptr ? *scoped_operations : default_platform();
 }
 
-void set_default_platform(const Platform& operations) noexcept {
-    default_operations = &operations;
+Platform& default_platform() noexcept {
+    static UnattendedBoxes boxes;
+    static StandardClock clock;
+    static StandardSleeper sleeper;
+    static Platform operations{&boxes, &clock, &sleeper};
+    return operations;
 }
 
 ScopedPlatform::ScopedPlatform(const Platform& operations) noexcept : previous_(scoped_operations) {

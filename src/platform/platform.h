@@ -1,6 +1,7 @@
 // The set of platform operations that a thread uses. The default is the operating system's where
-// its adapter is linked (kvarta16_posix); a program without an adapter gets one made of the
-// standard library, whose boxes nobody sees. A test or a host puts its own in force for a scope:
+// its adapter is linked (kvarta16_posix), with the engine that is linked (kvarta16_sqlite); a
+// program without an adapter gets one made of the standard library, whose boxes nobody sees. A test
+// or a host puts its own in force for a scope:
 //
 //   RecordingBoxes boxes;
 //   Platform mine = platform();
@@ -10,22 +11,27 @@
 
 #include <kvarta16/platform/clock.h>
 #include <kvarta16/platform/message_box.h>
+#include <kvarta16/platform/unavailable.h>
 
 namespace kvarta16 {
 
 // None of the pointers is ever null; what they point to outlives the Platform's use.
 struct Platform {
-    MessageBoxes* message_boxes;
-    Clock* clock;
-    Sleeper* sleeper;
+    MessageBoxes* message_boxes = nullptr;
+    Clock* clock = nullptr;
+    Sleeper* sleeper = nullptr;
+    Files* files = &unavailable_files();
+    // Shared by all that a thread does with database files. An engine that is bound to its thread
+    // makes one per thread at the first use and keeps it until the thread ends.
+    dao::DBEngine* db_engine = &unavailable_db_engine();
 };
 
 // The set in force on the calling thread.
 [[nodiscard]] const Platform& platform() noexcept;
 
-// What threads without a scope of their own use. Called by an adapter before main, or by a host
-// before its first thread uses the library. `operations` must live to the end of the program.
-void set_default_platform(const Platform& operations) noexcept;
+// What threads without a scope of their own use. An adapter puts its operations in before main, a
+// host before its first thread uses the library; they must live to the end of the program.
+[[nodiscard]] Platform& default_platform() noexcept;
 
 // Puts another set in force on the calling thread until the scope ends.
 class ScopedPlatform {

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <kvarta16/frame/utf8.h>
+#include <kvarta16/platform/posix/posix_files.h>
 #include <kvarta16/platform/posix/posix_platform.h>
 
 namespace kvarta16 {
@@ -202,7 +203,8 @@ const Platform& posix_platform() noexcept {
     static TerminalBoxes boxes;
     static SystemClock clock;
     static SystemSleeper sleeper;
-    static const Platform operations{&boxes, &clock, &sleeper};
+    static posix::PosixFiles files;
+    static const Platform operations{&boxes, &clock, &sleeper, &files};
     return operations;
 }
 

@@ -15,6 +15,7 @@ namespace kvarta16 {
 // answer.
 //
 // Clock: the system's, in its time zone. Pauses: as long as asked for, whatever signals arrive.
+// Files: posix_files.h; the paths of Windows stand for those of the system as in posix_paths.h.
 [[nodiscard]] const Platform& posix_platform() noexcept;
 
 }  // namespace kvarta16

@@ -1,30 +1,10 @@
-// Reads the statements that the library and its callers send, in the Jet and the ODBC-escape
-// dialect, and writes them for the engine.
+// Translates the selects that recordsets are opened by, in the Jet and the ODBC-escape dialect, for
+// the engine: columns of one table (sql/parser.h has the grammar, jet_writer.h how comparisons are
+// made).
 //
-//   statement  = "select" ["top" count] ("*" | column {"," column}) "from" name
-//                ["where" condition] ["order" "by" column ["asc" | "desc"] {"," ...}] [";"]
-//   condition  = conjunction {"or" conjunction}
-//   conjunction = negation {"and" negation}
-//   negation   = "not" negation | predicate
-//   predicate  = operand [("=" | "<>" | "<" | ">" | "<=" | ">=") operand
-//              | "is" ["not"] "null" | ["not"] "between" operand "and" operand
-//              | ["not"] "in" "(" operand {"," operand} ")"]
-//   operand    = column | "(" condition ")" | ["-" | "+"] number | text | "true" | "false" | "null"
-//              | "#" date "#" | "{d" text "}" | "{ts" text "}" | "{t" text "}"
-//              | "now" "(" ")" | "{fn" "now" "(" ")" "}"
-//   column, name = [owner "." [owner "."]] word or [name in brackets]
-//
-// Keywords and names match in any case. A column alone is a condition: whether it is true. Owners
-// before a table's name are passed over, before a column they must be the table. What is not in
-// the grammar is refused (3075) with the place; an unknown table is 3078, an unknown column 3061.
-//
-// How a comparison is made follows from what is compared:
-//   * with a date, or on a date column: as moments, so that ISO text with or without a time, with a
-//     "T", or a number of days match alike; to whole seconds, unless a date that is written in the
-//     statement has a fraction. "Up to 23:59:59" so takes in the whole of that second;
-//   * with true or false, or on a truth column with a number: as truth values;
-//   * a number with a column that may hold numbers in other forms (money, text): as numbers;
-//   * everything else as the engine compares it.
+// A column alone is a condition: whether it is true. Owners before a table's name are passed over,
+// before a column they must be the table. What is not in the grammar is refused (3075) with the
+// place; an unknown table is 3078, an unknown column 3061.
 #pragma once
 
 #include <memory>
@@ -48,12 +28,6 @@ struct Translation {
     };
     std::vector<Result> columns;
 };
-
-// The functions that the translation calls; the connection provides them.
-inline constexpr const char* seconds_function = "kvarta16_seconds";
-inline constexpr const char* milliseconds_function = "kvarta16_milliseconds";
-inline constexpr const char* number_function = "kvarta16_number";
-inline constexpr const char* truth_function = "kvarta16_truth";
 
 // Now() is read from the platform's clock.
 [[nodiscard]] Translation translate(StringView statement, Schema& schema);

@@ -1,3 +1,5 @@
+#include <kvarta16/platform/sqlite/dao_objects.h>
+#include <kvarta16/platform/sqlite/jet_statements.h>
 #include <kvarta16/platform/sqlite/sqlite_connection.h>
 #include <kvarta16/platform/sqlite/sqlite_errors.h>
 #include <kvarta16/platform/sqlite/sqlite_file_connection.h>
@@ -6,7 +8,7 @@
 namespace kvarta16::sqlite {
 
 FileConnection::FileConnection(std::string_view path, const OpenOptions& options)
-    : database_(std::make_unique<Database>(path, options)) {}
+    : database_(std::make_shared<sqlite::Database>(path, options)) {}
 
 std::shared_ptr<ado::Recordset> FileConnection::CreateRecordset() {
     if (database_ == nullptr) {
@@ -37,12 +39,46 @@ void FileConnection::execute(std::string_view sql) {
 }
 
 bool FileConnection::table_exists(StringView name) {
-    Database& database = open_database();
+    sqlite::Database& database = open_database();
     static_cast<void>(database.forget_outdated_tables());
     return database.find_table(name) != nullptr;
 }
 
-Database& FileConnection::open_database() const {
+std::int64_t FileConnection::row_count(StringView table) {
+    sqlite::Database& database = open_database();
+    static_cast<void>(database.forget_outdated_tables());
+    const std::shared_ptr<const Table> found = database.find_table(table);
+    if (found == nullptr) {
+        fail_about(error_no_table, u"There is no such table", table);
+    }
+    const auto rows =
+        database.try_query("select count(*) from " + found->sql, {}, found->name, true);
+    return std::get<std::int64_t>(rows->cells.at(0));
+}
+
+std::vector<std::shared_ptr<dao::TableDef>> FileConnection::TableDefs() {
+    require_open();
+    if (!tables_are_read_) {
+        tables_ = table_defs(database_);
+        tables_are_read_ = true;
+    }
+    return tables_;
+}
+
+void FileConnection::Execute(StringView query) {
+    require_open();
+    if (const auto dropped = execute_statement(*database_, query)) {
+        forget_dropped(tables_, dropped->table, dropped->column);
+    }
+}
+
+void FileConnection::require_open() const {
+    if (database_ == nullptr) {
+        throw Failure(error_database_closed, u"The database is closed");
+    }
+}
+
+sqlite::Database& FileConnection::open_database() const {
     if (database_ == nullptr) {
         throw Failure(ado::error_object_closed, u"The connection is closed");
     }

@@ -1,4 +1,5 @@
-// The embedded database: the ADO seam on SQLite files.
+// The embedded database: the ADO seam on SQLite files. The object of a connection is a database of
+// the DAO seam as well (sqlite_engine.h), and can be given wherever one is wanted.
 //
 //   const auto db = sqlite::connect("firma.db", {.create = true});
 //   if (!db->table_exists(u"S_ODSETKI")) {
@@ -42,6 +43,9 @@ class SqliteConnection : public ado::Connection {
 
     // Whether the file has a table or view of this name, in any case, Polish letters included.
     [[nodiscard]] virtual bool table_exists(StringView name) = 0;
+
+    // How many rows a table or view has. Fails: 3078 there is none of this name.
+    [[nodiscard]] virtual std::int64_t row_count(StringView table) = 0;
 };
 
 // Opens a database file by its path in UTF-8; the path is always a file's, also if it begins with

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <filesystem>
 #include <new>
 #include <utility>
@@ -80,6 +81,12 @@ int bind_cell(sqlite3_stmt* statement, int index, const Cell& cell) {
 }
 
 }  // namespace
+
+bool is_own_name(StringView name) {
+    constexpr StringView engine_prefix = u"sqlite_";
+    return same_name(name.substr(0, engine_prefix.size()), engine_prefix) ||
+           std::ranges::any_of(own_names, [name](StringView own) { return same_name(name, own); });
+}
 
 // ---- Opening and closing -----------------------------------------------------------------------
 
@@ -293,6 +300,71 @@ void Database::execute(std::string_view sql) {
     }
 }
 
+// ---- Changes -----------------------------------------------------------------------------------
+
+void Database::change(const std::function<void()>& body) {
+    require_no_lost_transaction();
+    choose_journal();
+    const bool within = in_transaction_;
+    run_plain(within ? "SAVEPOINT kvarta16_change" : "BEGIN IMMEDIATE");
+    try {
+        static_cast<void>(forget_outdated_tables());
+        body();
+        run_plain(within ? "RELEASE kvarta16_change" : "COMMIT");
+    } catch (...) {
+        undo_change(within);
+        throw;
+    }
+}
+
+// Where the engine has rolled back by itself there is nothing left to undo.
+void Database::undo_change(bool within) {
+    sqlite3* db = db_.get();
+    if (sqlite3_get_autocommit(db) == 0) {
+        sqlite3_exec(db,
+                     within ? "ROLLBACK TO kvarta16_change;RELEASE kvarta16_change" : "ROLLBACK",
+                     nullptr, nullptr, nullptr);
+    }
+    // What the engine knows of the tables is read anew, for put_table_text() goes past it.
+    sqlite3_db_config(db, SQLITE_DBCONFIG_WRITABLE_SCHEMA, 0, nullptr);
+    sqlite3_exec(db, "PRAGMA writable_schema=RESET", nullptr, nullptr, nullptr);
+    forget_tables();
+}
+
+void Database::define(const std::string& sql, StringView table) {
+    const int code = sqlite3_exec(db_.get(), sql.c_str(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK) {
+        fail_now(code, table);
+    }
+    forget_tables();
+}
+
+// The engine's own documentation gives these steps for changes that leave the rows alone.
+void Database::put_table_text(const Table& table, const std::string& sql) {
+    const auto version = std::get<std::int64_t>(schema_version());
+    const Cell parameters[] = {sql, to_utf8(table.name)};
+    sqlite3_db_config(db_.get(), SQLITE_DBCONFIG_DEFENSIVE, 0, nullptr);
+    sqlite3_db_config(db_.get(), SQLITE_DBCONFIG_WRITABLE_SCHEMA, 1, nullptr);
+    run("UPDATE sqlite_schema SET sql=?1 WHERE type='table' AND name=?2", parameters, table.name);
+    run_plain(("PRAGMA schema_version=" + std::to_string(version + 1)).c_str());
+    run_plain("PRAGMA writable_schema=RESET");
+    forget_tables();
+    // Reads the text that was put: one that the engine does not take fails here.
+    const auto changed = find_table(table.name);
+    const bool same = changed != nullptr && std::ranges::equal(changed->columns, table.columns, {},
+                                                               &Column::name, &Column::name);
+    if (!same) {
+        fail_with(SQLITE_CORRUPT, "the columns are not the same", to_utf8(table.name));
+    }
+}
+
+std::string Database::table_text(const Table& table) {
+    const Cell parameters[] = {to_utf8(table.name)};
+    const Rows rows =
+        run("SELECT sql FROM sqlite_schema WHERE type='table' AND name=?1", parameters, table.name);
+    return rows.cells.empty() ? std::string() : utf8_in(rows.cells.front());
+}
+
 // ---- Tables ------------------------------------------------------------------------------------
 
 std::shared_ptr<const Table> Database::find_table(StringView name) {
@@ -328,12 +400,12 @@ std::shared_ptr<const Table> Database::read_table(StringView name) {
     }
     const auto table = std::make_shared<Table>();
     table->name = found->name;
+    table->is_view = utf8_in(found->row[1]) == "view";
     table->sql = "main." + quoted_name(utf8_in(found->row[0]));
     const bool without_rowid = number_in(found->row[2]) != 0;
     read_columns(*table, found->row[0], number_in(found->row[3]) != 0);
     if (!without_rowid) {
-        const bool is_view = utf8_in(found->row[1]) == "view";
-        table->key = is_view ? std::vector<std::string>() : row_number_of(*table);
+        table->key = table->is_view ? std::vector<std::string>() : row_number_of(*table);
     }
     return table;
 }
@@ -341,19 +413,33 @@ std::shared_ptr<const Table> Database::read_table(StringView name) {
 // The columns, and the primary key as the table's key.
 void Database::read_columns(Table& table, const Cell& name, bool strict) {
     const Cell parameters[] = {name};
-    Rows listed = run(
-        "SELECT name, type, pk FROM pragma_table_xinfo(?1, 'main') WHERE hidden<>1 ORDER BY cid",
-        parameters);
+    Rows listed =
+        run("SELECT name, type, pk, dflt_value FROM pragma_table_xinfo(?1, 'main') WHERE hidden<>1 "
+            "ORDER BY cid",
+            parameters);
     for (std::size_t i = 0; i < listed.count(); ++i) {
         const auto row = listed.row(i);
         const std::string type = utf8_in(row[1]);
-        Column column{text_in(row[0]), quoted_name(utf8_in(row[0])), kind_of(type),
-                      affinity_of(type, strict)};
+        Column column{text_in(row[0]),           quoted_name(utf8_in(row[0])), kind_of(type),
+                      affinity_of(type, strict), type_of_declaration(type),    utf8_in(row[3])};
         if (number_in(row[2]) > 0) {
             table.key.push_back(column.sql);
         }
         table.columns.push_back(std::move(column));
     }
+}
+
+std::vector<String> Database::table_names() {
+    const Rows listed =
+        run("SELECT name FROM pragma_table_list WHERE schema='main' AND type='table'");
+    std::vector<String> names;
+    for (const Cell& cell : listed.cells) {
+        String name = text_in(cell);
+        if (!is_own_name(name)) {
+            names.push_back(std::move(name));
+        }
+    }
+    return names;
 }
 
 Cell Database::schema_version() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <list>
 #include <memory>
 #include <optional>
@@ -29,6 +30,14 @@ struct Rows {
         return std::span(cells).subspan(index * width, width);
     }
 };
+
+// The table that the adapter keeps for itself, and names that only its own steps use.
+inline constexpr StringView own_names[] = {u"kvarta16_database", u"kvarta16_anew",
+                                           u"kvarta16_renamed"};
+
+// Whether a table of this name is the engine's or the adapter's own: no statement of the dialects
+// reaches it.
+[[nodiscard]] bool is_own_name(StringView name);
 
 class Database final : public Schema {
   public:
@@ -64,6 +73,29 @@ class Database final : public Schema {
     // Runs statements of the engine's own SQL and drops their rows.
     void execute(std::string_view sql);
 
+    // Runs a statement that reads or, within change(), one that writes. `table` is named in a
+    // failure.
+    Rows run(const std::string& sql, std::span<const Cell> parameters = {}, StringView table = {});
+
+    // Does what `body` does to the file, all of it or, if that fails, nothing; with what is known
+    // of the tables up to date and no other program writing meanwhile. Durable when it returns,
+    // unless the caller's transaction is open.
+    void change(const std::function<void()>& body);
+
+    // Within change(): runs a statement that changes a table, or puts another text in the place of
+    // a table's own in the file. The rows stay as they are stored, so the text must fit them.
+    void define(const std::string& sql, StringView table);
+    void put_table_text(const Table& table, const std::string& sql);
+
+    // The statement by which the file makes a table.
+    [[nodiscard]] std::string table_text(const Table& table);
+
+    // The names of the tables: not the views, nor the engine's and the adapter's own tables.
+    [[nodiscard]] std::vector<String> table_names();
+
+    [[nodiscard]] const std::string& path() const noexcept { return path_; }
+    [[nodiscard]] sqlite3* handle() const noexcept { return db_.get(); }
+
     void begin();
     void commit();
     void rollback();
@@ -91,8 +123,6 @@ class Database final : public Schema {
     // all has gone well.
     [[nodiscard]] static int step_through(Statement& statement, std::span<const Cell> parameters,
                                           Rows& rows);
-    [[nodiscard]] Rows run(const std::string& sql, std::span<const Cell> parameters = {},
-                           StringView table = {});
     void run_plain(const char* sql);
 
     // How changes are kept until they are stored; before the first one.
@@ -104,6 +134,7 @@ class Database final : public Schema {
     [[nodiscard]] Cell schema_version();
     void forget_tables();
 
+    void undo_change(bool within);
     [[nodiscard]] bool transaction_is_lost() const;
     void require_no_lost_transaction() const;
     [[noreturn]] void fail_now(int code, StringView table = {}) const;

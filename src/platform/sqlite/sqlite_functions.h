@@ -1,5 +1,6 @@
-// The SQL functions that translated statements call (sql_translator.h). They give the values of a
-// column in one form, whatever form they are stored in, and NULL for those that have no such form.
+// The SQL functions that translated statements call (jet_writer.h). Some give the values of a
+// column in one form, whatever form they are stored in, and NULL for those that have no such form;
+// the others convert and compute, and fail as jet_values.h tells.
 #pragma once
 
 #include <sqlite3.h>

@@ -2,6 +2,7 @@
 #include <utility>
 
 #include <kvarta16/frame/value.h>
+#include <kvarta16/platform/sql/columns.h>
 #include <kvarta16/platform/sqlite/sqlite_errors.h>
 #include <kvarta16/platform/sqlite/sqlite_file_connection.h>
 #include <kvarta16/platform/sqlite/sqlite_recordset.h>
@@ -64,7 +65,7 @@ void FileRecordset::AddNew() {
 
 ado::Field& FileRecordset::Fields(const Variant& item) {
     static_cast<void>(open_database());
-    const std::size_t index = index_of(item);
+    const std::size_t index = sql::index_of_column(translation_.columns, item);
     while (fields_.size() <= index) {
         fields_.emplace_back(*this, fields_.size());
     }
@@ -133,25 +134,6 @@ void FileRecordset::require_updatable() const {
 }
 
 // ---- Fields ------------------------------------------------------------------------------------
-
-std::size_t FileRecordset::index_of(const Variant& item) const {
-    const auto& columns = translation_.columns;
-    String wanted;
-    if (const String* name = item.get_if<String>()) {
-        const auto found = find_name(columns, *name);
-        if (found != columns.end()) {
-            return static_cast<std::size_t>(found - columns.begin());
-        }
-        wanted = *name;
-    } else {
-        const Long ordinal = ToLong(item);
-        if (ordinal >= 0 && static_cast<std::size_t>(ordinal) < columns.size()) {
-            return static_cast<std::size_t>(ordinal);
-        }
-        wanted = ToText(ordinal);
-    }
-    fail_about(ado::error_item_not_found, u"The recordset has no such column", wanted);
-}
 
 const Translation::Result& FileRecordset::result(std::size_t index) const {
     static_cast<void>(open_database());

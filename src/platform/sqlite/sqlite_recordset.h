@@ -59,7 +59,6 @@ class FileRecordset final : public ado::Recordset {
     void require_row() const;
     void require_updatable() const;
 
-    [[nodiscard]] std::size_t index_of(const Variant& item) const;
     [[nodiscard]] const Translation::Result& result(std::size_t index) const;
     [[nodiscard]] Variant value(std::size_t index);
     void put(std::size_t index, const Variant& value);

@@ -21,6 +21,7 @@
 #include <variant>
 
 #include <kvarta16/frame/variant.h>
+#include <kvarta16/platform/sql/amounts.h>
 #include <kvarta16/platform/sqlite/sqlite_moments.h>
 
 namespace kvarta16::sqlite {
@@ -61,9 +62,7 @@ enum class ColumnKind : std::uint8_t { Plain, Date, Money, Boolean };
 [[nodiscard]] std::optional<Double> number_of(const Cell& cell);  // text with a dot or a comma
 [[nodiscard]] std::optional<bool> truth_of(const Cell& cell);
 
-// A decimal number, with a dot or a comma, that is an amount of money exactly.
-[[nodiscard]] std::optional<Currency> parse_amount(std::string_view text) noexcept;
-// "-12.5": no trailing zeros, and no dot behind a whole amount.
-[[nodiscard]] std::string amount_text(Currency amount);
+using sql::amount_text;
+using sql::parse_amount;
 
 }  // namespace kvarta16::sqlite

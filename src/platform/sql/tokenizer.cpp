@@ -1,9 +1,8 @@
 #include <kvarta16/frame/failure.h>
 #include <kvarta16/frame/utf8.h>
-#include <kvarta16/platform/sqlite/sql_tokenizer.h>
-#include <kvarta16/platform/sqlite/sqlite_errors.h>
+#include <kvarta16/platform/sql/tokenizer.h>
 
-namespace kvarta16::sqlite {
+namespace kvarta16::sql {
 namespace {
 
 constexpr bool is_digit(char16_t c) {
@@ -136,7 +135,7 @@ class Tokenizer {
         if (first == u'<' || first == u'>') {
             const bool two = peek() == u'=' || (first == u'<' && peek() == u'>');
             at_ += two ? 1 : 0;
-        } else if (StringView(u"(){},;.*-+=").find(first) == StringView::npos) {
+        } else if (StringView(u"(){},;.*-+/\\^&=").find(first) == StringView::npos) {
             refuse(token(TokenKind::Symbol, from), u"this character has no meaning here");
         }
         return token(TokenKind::Symbol, from);
@@ -152,7 +151,7 @@ std::vector<Token> tokenize(StringView statement) {
     return Tokenizer(statement).run();
 }
 
-void refuse(const Token& token, StringView reason) {
+void refuse(const Token& token, StringView reason, Long number) {
     constexpr std::size_t longest_shown = 40;
     String text = u"Syntax error in the statement at column ";
     text += from_utf8(std::to_string(token.column));
@@ -163,7 +162,7 @@ void refuse(const Token& token, StringView reason) {
         text.append(u", at ").append(token.source.substr(0, longest_shown));
         text += cut ? u"…: " : u": ";
     }
-    throw Failure(error_syntax, text.append(reason));
+    throw Failure(number, text.append(reason));
 }
 
-}  // namespace kvarta16::sqlite
+}  // namespace kvarta16::sql

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include <kvarta16/frame/types.h>
+#include <kvarta16/platform/sql/errors.h>
 
-namespace kvarta16::sqlite {
+namespace kvarta16::sql {
 
 enum class TokenKind : std::uint8_t {
     Word,    // a keyword or a bare name: letters, digits, "_", "$"
@@ -14,7 +14,7 @@ enum class TokenKind : std::uint8_t {
     Number,  // 12, 12.5, .5, 1e-3; without a sign
     Text,    // 'text' or "text", the quote doubled inside
     Moment,  // #12-31-2001 23:59:59#
-    Symbol,  // ( ) { } , ; . * - + = < > <> <= >=
+    Symbol,  // ( ) { } , ; . * - + / \ ^ & = < > <> <= >=
     End,
 };
 
@@ -29,7 +29,7 @@ struct Token {
 // Fails: 3075 for a character that begins no token, and for a bracket, quote or # without its end.
 [[nodiscard]] std::vector<Token> tokenize(StringView statement);
 
-// The failure of a statement that cannot be taken: 3075, naming the token and where it stands.
-[[noreturn]] void refuse(const Token& token, StringView reason);
+// The failure of a statement that cannot be taken, naming the token and where it stands.
+[[noreturn]] void refuse(const Token& token, StringView reason, Long number = error_syntax);
 
-}  // namespace kvarta16::sqlite
+}  // namespace kvarta16::sql

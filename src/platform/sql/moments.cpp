@@ -1,9 +1,9 @@
 #include <cmath>
 
 #include <kvarta16/frame/civil.h>
-#include <kvarta16/platform/sqlite/sqlite_moments.h>
+#include <kvarta16/platform/sql/moments.h>
 
-namespace kvarta16::sqlite {
+namespace kvarta16::sql {
 namespace {
 
 constexpr std::int32_t milliseconds_a_day = 86'400'000;
@@ -236,4 +236,4 @@ std::string stored_text(Moment moment) {
     return {text.data(), whole_second ? length_to_seconds : text.size()};
 }
 
-}  // namespace kvarta16::sqlite
+}  // namespace kvarta16::sql
