@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <support/fake_dao.h>
 #include <support/fake_platform.h>
 #include <support/memory_ado.h>
 
@@ -18,6 +19,10 @@ namespace kvarta16 {
 namespace {
 
 using testing_support::MemoryConnection;
+using testing_support::MemoryDatabase;
+using testing_support::MemoryDisk;
+using testing_support::MemoryEngine;
+using testing_support::MemoryFiles;
 using testing_support::RecordingBoxes;
 using testing_support::RecordingSleeper;
 using testing_support::SettableClock;
@@ -152,6 +157,135 @@ TEST(Forwarding, BoxesClockAndPauses) {
     EXPECT_EQ(sleeper.sleeps, std::vector<Long>{250});
 }
 
+// ---- Files and database files -----------------------------------------------------------------
+
+constexpr StringView mdb_path = u"C:\\firma.mdb";
+
+void add_firma(MemoryDisk& disk) {
+    disk.add_database(mdb_path).add_table(u"towary", {{u"cena", dao::dbCurrency, 8}});
+}
+
+// Every operation of the files and of the engine's objects at least once, with what they answer.
+std::vector<Variant> walk(Files& files, dao::DBEngine& engine) {
+    std::vector<Variant> answers;
+    const auto note = [&answers](const Variant& answer) { answers.push_back(answer); };
+    note(files.GetAttr(mdb_path));
+    static_cast<void>(engine.CreateDatabase(u"C:\\nowa.mdb", u";CP=1250"));
+    files.Kill(u"C:\\nowa.mdb");
+    note(from_utf8(files.native_path(mdb_path)));
+    const auto db = engine.OpenDatabase(mdb_path);
+    const auto table = db->TableDefs().at(0);
+    note(table->Name());
+    table->PutName(u"TOWARY");
+    const auto fields = table->Fields();
+    note(fields->Count());
+    const auto field = fields->Item(0);
+    note(field->Name());
+    note(field->Type());
+    note(field->Size());
+    field->PutDefaultValue(Integer{0});
+    note(field->DefaultValue());
+    field->PutAllowZeroLength(true);
+    note(field->AllowZeroLength());
+    db->Execute(u"drop table [x]");
+    db->Close();
+    return answers;
+}
+
+// Wrappers all the way down, each of them nothing but a wrapper.
+class WrappedTableDef final : public dao::ForwardingTableDef {
+  public:
+    using ForwardingTableDef::ForwardingTableDef;
+    std::shared_ptr<dao::Fields> Fields() override {
+        class Wrapped final : public dao::ForwardingFields {
+          public:
+            using ForwardingFields::ForwardingFields;
+            std::shared_ptr<dao::Field> Item(Long index) override {
+                return std::make_shared<dao::ForwardingField>(ForwardingFields::Item(index));
+            }
+        };
+        return std::make_shared<Wrapped>(ForwardingTableDef::Fields());
+    }
+};
+
+class WrappedDatabase final : public dao::ForwardingDatabase {
+  public:
+    using ForwardingDatabase::ForwardingDatabase;
+    std::vector<std::shared_ptr<dao::TableDef>> TableDefs() override {
+        auto tables = ForwardingDatabase::TableDefs();
+        for (auto& table : tables) {
+            table = std::make_shared<WrappedTableDef>(std::move(table));
+        }
+        return tables;
+    }
+};
+
+class WrappedEngine final : public dao::ForwardingEngine {
+  public:
+    using ForwardingEngine::ForwardingEngine;
+    std::shared_ptr<dao::Database> OpenDatabase(StringView name) override {
+        return std::make_shared<WrappedDatabase>(ForwardingEngine::OpenDatabase(name));
+    }
+};
+
+TEST(Forwarding, PassesEveryCallOfFilesAndEngineOn) {
+    MemoryDisk direct;
+    add_firma(direct);
+    MemoryFiles direct_files(direct);
+    MemoryEngine direct_engine(direct);
+    const std::vector<Variant> expected = walk(direct_files, direct_engine);
+    EXPECT_EQ(expected,
+              (std::vector<Variant>{file_attribute::archive, mdb_path, u"towary", Integer{1},
+                                    u"cena", dao::dbCurrency, Long{8}, Integer{0}, true}));
+    MemoryDisk behind;
+    add_firma(behind);
+    MemoryFiles files(behind);
+    MemoryEngine engine(behind);
+    ForwardingFiles wrapped_files(files);
+    WrappedEngine wrapped_engine(engine);
+    EXPECT_EQ(walk(wrapped_files, wrapped_engine), expected);
+    EXPECT_EQ(behind.log, direct.log);
+
+    MemoryDisk faultless;
+    add_firma(faultless);
+    MemoryFiles plain_files(faultless);
+    MemoryEngine plain_engine(faultless);
+    const auto plan = std::make_shared<FaultPlan>();
+    EXPECT_EQ(walk(*faulting(plain_files, plan), *faulting(plain_engine, plan)), expected);
+    EXPECT_EQ(faultless.log, direct.log);
+}
+
+// A connection of two seams.
+class TwofoldConnection final : public ado::ForwardingConnection, public MemoryDatabase {
+  public:
+    TwofoldConnection(std::shared_ptr<ado::Connection> connection, const MemoryDatabase* database)
+        : ForwardingConnection(std::move(connection)), MemoryDatabase(database) {}
+};
+
+TEST(Forwarding, ConnectionThatIsAlsoADatabaseStaysBothAndOneObject) {
+    MemoryDisk disk;
+    add_firma(disk);
+    MemoryEngine engine(disk);
+    const auto memory = std::dynamic_pointer_cast<MemoryDatabase>(engine.OpenDatabase(mdb_path));
+    const auto behind = std::make_shared<MemoryConnection>();
+    const auto plan = std::make_shared<FaultPlan>();
+    const ConnectionPointer db = faulting(
+        ConnectionPointer(std::make_shared<TwofoldConnection>(behind, memory.get())), plan);
+    const auto database = std::dynamic_pointer_cast<dao::Database>(db);
+    ASSERT_NE(database, nullptr);
+    EXPECT_EQ(ObjectPointer(db), ObjectPointer(database));
+    database->Execute(u"drop table [x]");
+    EXPECT_EQ(disk.statements, std::vector<String>{u"drop table [x]"});
+    EXPECT_EQ(database->TableDefs().size(), 1U);
+    static_cast<void>(db->CreateRecordset());
+    EXPECT_EQ(behind->calls("CreateRecordset"), 1U);
+    plan->fail_at("Execute", 1, FaultSpan::Once, 70);
+    EXPECT_EQ(failure_of([&] { database->Execute(u"drop table [x]"); }), 70);
+    // A connection that is no database does not become one.
+    EXPECT_EQ(std::dynamic_pointer_cast<dao::Database>(faulting(ConnectionPointer(behind), plan)),
+              nullptr);
+}
+
 // ---- Overriding one call --------------------------------------------------------------------
 
 class RoundingField final : public ado::ForwardingField {
@@ -205,7 +339,21 @@ struct Covered {
     std::unique_ptr<MessageBoxes> boxes = faulting(recording_boxes, plan);
     std::unique_ptr<Clock> clock = faulting(settable_clock, plan);
     std::unique_ptr<Sleeper> sleeper = faulting(recording_sleeper, plan);
+    MemoryDisk disk = with_firma();
+    MemoryFiles memory_files{disk};
+    MemoryEngine memory_engine{disk};
+    std::unique_ptr<Files> files = faulting(memory_files, plan);
+    std::unique_ptr<dao::DBEngine> engine = faulting(memory_engine, plan);
+    std::shared_ptr<dao::Database> mdb = engine->OpenDatabase(mdb_path);
+    std::shared_ptr<dao::TableDef> table = mdb->TableDefs().at(0);
+    std::shared_ptr<dao::Fields> columns = table->Fields();
+    std::shared_ptr<dao::Field> column = columns->Item(0);
 
+    static MemoryDisk with_firma() {
+        MemoryDisk disk;
+        add_firma(disk);
+        return disk;
+    }
     static ado::Field& with_row(ado::Recordset& recordset) {
         recordset.AddNew();
         return recordset.Fields(u"a");
@@ -264,6 +412,31 @@ const std::vector<OperationCase>& operation_cases() {
          [](Covered& c) { static_cast<void>(c.boxes->MsgBox(u"text", 0, std::nullopt)); }},
         {"Clock", "Now", [](Covered& c) { static_cast<void>(c.clock->Now()); }},
         {"Sleeper", "Sleep", [](Covered& c) { c.sleeper->Sleep(1); }},
+        {"Files", "GetAttr", [](Covered& c) { static_cast<void>(c.files->GetAttr(mdb_path)); }},
+        {"Files", "Kill", [](Covered& c) { c.files->Kill(u"C:\\x"); },
+         [](Covered& c) { c.disk.add(u"C:\\x"); }},
+        {"DBEngine", "CreateDatabase",
+         [](Covered& c) { static_cast<void>(c.engine->CreateDatabase(u"C:\\x", u"")); },
+         [](Covered& c) { c.disk.remove(u"C:\\x"); }},
+        {"DBEngine", "OpenDatabase",
+         [](Covered& c) { static_cast<void>(c.engine->OpenDatabase(mdb_path)); }},
+        {"Database", "TableDefs", [](Covered& c) { static_cast<void>(c.mdb->TableDefs()); }},
+        {"Database", "Execute", [](Covered& c) { c.mdb->Execute(u"drop table [x]"); }},
+        {"Database", "Close", [](Covered& c) { c.mdb->Close(); },
+         [](Covered& c) { c.mdb = c.engine->OpenDatabase(mdb_path); }},
+        {"TableDef", "Name", [](Covered& c) { static_cast<void>(c.table->Name()); }},
+        {"TableDef", "Name", [](Covered& c) { c.table->PutName(u"X"); }},
+        {"TableDef", "Fields", [](Covered& c) { static_cast<void>(c.table->Fields()); }},
+        {"Fields", "Count", [](Covered& c) { static_cast<void>(c.columns->Count()); }},
+        {"Fields", "Item", [](Covered& c) { static_cast<void>(c.columns->Item(0)); }},
+        {"Field", "Name", [](Covered& c) { static_cast<void>(c.column->Name()); }},
+        {"Field", "Type", [](Covered& c) { static_cast<void>(c.column->Type()); }},
+        {"Field", "Size", [](Covered& c) { static_cast<void>(c.column->Size()); }},
+        {"Field", "DefaultValue", [](Covered& c) { static_cast<void>(c.column->DefaultValue()); }},
+        {"Field", "DefaultValue", [](Covered& c) { c.column->PutDefaultValue(Integer{0}); }},
+        {"Field", "AllowZeroLength",
+         [](Covered& c) { static_cast<void>(c.column->AllowZeroLength()); }},
+        {"Field", "AllowZeroLength", [](Covered& c) { c.column->PutAllowZeroLength(true); }},
     };
     return cases;
 }
@@ -281,8 +454,8 @@ class EachOperation : public testing::TestWithParam<OperationCase> {
     }
     // What has reached the objects behind the plan.
     static std::size_t passed_on(const Covered& covered) {
-        return covered.behind->log.size() + covered.recording_boxes.shown.size() +
-               covered.recording_sleeper.sleeps.size() +
+        return covered.behind->log.size() + covered.disk.log.size() +
+               covered.recording_boxes.shown.size() + covered.recording_sleeper.sleeps.size() +
                static_cast<std::size_t>(covered.settable_clock.reads);
     }
 };
@@ -379,6 +552,18 @@ TEST(FaultPlan, CoversRecordsetsAndFieldsMadeLater) {
             failure_of([&] { recordset->UpdateBatch(ado::Affect::adAffectCurrent); }));
     }
     EXPECT_EQ(failures, (std::vector<Long>{0, 0, 0, 70, 71, 0}));
+}
+
+TEST(FaultPlan, CoversWhatComesFromAnEngineLater) {
+    Covered covered;
+    covered.plan->fail_at("DefaultValue", 2, FaultSpan::Once, 70);
+    std::vector<Long> failures;
+    for (int i = 0; i < 3; ++i) {
+        const auto db = covered.engine->OpenDatabase(mdb_path);
+        const auto field = db->TableDefs().at(0)->Fields()->Item(0);
+        failures.push_back(failure_of([&] { field->PutDefaultValue(Integer{0}); }));
+    }
+    EXPECT_EQ(failures, (std::vector<Long>{0, 70, 0}));
 }
 
 TEST(FaultPlan, RefusesWhatIsNoOperation) {

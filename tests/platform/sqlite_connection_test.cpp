@@ -26,6 +26,7 @@ using testing_support::Caught;
 using testing_support::caught;
 using testing_support::EngineProbe;
 using testing_support::file_bytes;
+using testing_support::LockingProcess;
 using testing_support::OtherProgram;
 using testing_support::TemporaryFolder;
 using testing_support::write_file;
@@ -334,48 +335,6 @@ TEST(SqliteOpening, EveryOtherFileKeepsItsRollbackJournal) {
 }
 
 // ---- Locked files ------------------------------------------------------------------------------
-
-// Another process that holds the file locked until it is told to let go.
-class LockingProcess {
-  public:
-    LockingProcess(const std::string& path, const std::string& sql, int hold_ms = 60'000) {
-        int ready[2];
-        if (pipe(ready) != 0) {
-            throw std::runtime_error("no pipe");
-        }
-        child_ = fork();
-        if (child_ == 0) {
-            OtherProgram other(path);
-            other.run(sql);
-            const char done = 1;
-            const bool told = write(ready[1], &done, 1) == 1;
-            std::this_thread::sleep_for(Milliseconds(hold_ms));
-            if (told) {
-                other.run("commit");
-            }
-            _exit(0);
-        }
-        char done = 0;
-        const bool is_ready = child_ > 0 && read(ready[0], &done, 1) == 1;
-        close(ready[0]);
-        close(ready[1]);
-        if (!is_ready) {
-            throw std::runtime_error("the locking process has not started");
-        }
-    }
-    ~LockingProcess() {
-        kill(child_, SIGKILL);
-        int status = 0;
-        waitpid(child_, &status, 0);
-    }
-    LockingProcess(const LockingProcess&) = delete;
-    LockingProcess& operator=(const LockingProcess&) = delete;
-    LockingProcess(LockingProcess&&) = delete;
-    LockingProcess& operator=(LockingProcess&&) = delete;
-
-  private:
-    pid_t child_ = -1;
-};
 
 template <class Call>
 Milliseconds duration(Call&& call) {

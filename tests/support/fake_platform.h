@@ -1,5 +1,5 @@
 // A platform that nobody sits in front of: boxes with answers prepared by the test, a clock that
-// stands where it is set, pauses that are only written down.
+// stands where it is set, pauses that are only written down, files and databases in memory.
 //
 //   FakePlatform fake;
 //   fake.boxes.answers = {MsgBoxResult::Yes};
@@ -10,6 +10,8 @@
 #include <deque>
 #include <optional>
 #include <vector>
+
+#include <support/fake_dao.h>
 
 #include <kvarta16/platform/platform.h>
 
@@ -57,12 +59,15 @@ class RecordingSleeper final : public Sleeper {
     std::vector<Long> sleeps;  // milliseconds
 };
 
-// The three of them, in force on the test's thread as long as this lives.
+// All of them, in force on the test's thread as long as this lives.
 struct FakePlatform {
     RecordingBoxes boxes;
     SettableClock clock;
     RecordingSleeper sleeper;
-    Platform operations{&boxes, &clock, &sleeper};
+    MemoryDisk disk;
+    MemoryFiles files{disk};
+    MemoryEngine engine{disk};
+    Platform operations{&boxes, &clock, &sleeper, &files, &engine};
     ScopedPlatform scope{operations};
 };
 

@@ -9,6 +9,8 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -17,10 +19,13 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
 #include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <kvarta16/frame/failure.h>
 #include <kvarta16/frame/types.h>
@@ -203,5 +208,47 @@ Caught caught(Call&& call) {
     }
     return {};
 }
+
+// Another process that holds the file locked until it is told to let go.
+class LockingProcess {
+  public:
+    LockingProcess(const std::string& path, const std::string& sql, int hold_ms = 60'000) {
+        int ready[2];
+        if (pipe(ready) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        child_ = ::fork();
+        if (child_ == 0) {
+            OtherProgram other(path);
+            other.run(sql);
+            const char done = 1;
+            const bool told = write(ready[1], &done, 1) == 1;
+            std::this_thread::sleep_for(std::chrono::milliseconds(hold_ms));
+            if (told) {
+                other.run("commit");
+            }
+            _exit(0);
+        }
+        char done = 0;
+        const bool is_ready = child_ > 0 && read(ready[0], &done, 1) == 1;
+        close(ready[0]);
+        close(ready[1]);
+        if (!is_ready) {
+            throw std::runtime_error("the locking process has not started");
+        }
+    }
+    ~LockingProcess() {
+        kill(child_, SIGKILL);
+        int status = 0;
+        waitpid(child_, &status, 0);
+    }
+    LockingProcess(const LockingProcess&) = delete;
+    LockingProcess& operator=(const LockingProcess&) = delete;
+    LockingProcess(LockingProcess&&) = delete;
+    LockingProcess& operator=(LockingProcess&&) = delete;
+
+  private:
+    pid_t child_ = -1;
+};
 
 }  // namespace kvarta16::testing_support
