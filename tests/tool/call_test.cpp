@@ -95,6 +95,8 @@ TEST(Call, WhatThereIsNot) {
         {{"aChar"}, "\"aChar\" is no CLASS.MEMBER"},
         {{"achar.NullStr"}, "there is no class \"achar\"; similar: aChar"},
         {{"ClsSlownie.slownie", "1"}, "there is no class \"ClsSlownie\"; similar: ClsSłownie"},
+        {{"ClsCzyscBazeDAO.x"}, "there is no class \"ClsCzyscBazeDAO\"; similar: ClsCzyśćBazęDAO"},
+        {{"ClsCzyśćBazęDAO.Set_Szer", "1"}, "has no member \"Set_Szer\"; similar: Set_Szer_tetx"},
         {{"Xyzzyx.NullStr"}, "there is no class \"Xyzzyx\"\nSee kvarta16 catalogue."},
         {{"aChar.nulstr", "x"}, "aChar has no member \"nulstr\"; similar: NullStr"},
         {{"aChar.Cudzyslow", "x"}, "Bez_Cudzysłowów"},

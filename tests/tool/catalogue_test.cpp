@@ -56,6 +56,16 @@ TEST(Catalogue, ListsTheMembersOfAClassWithTheirSignatures) {
           "by reference SQLS: Boolean)\n");
 }
 
+TEST(Catalogue, TellsOfAPrivateClassWhereItIsAskedFor) {
+    EXPECT_EQ(std::string::npos, run_tool({"catalogue"}).out.find("ClsCzyśćBazęDAO"));
+    const ToolRun run = run_tool({"catalogue", "ClsCzyśćBazęDAO"});
+    EXPECT_EQ(0, run.status);
+    EXPECT_TRUE(
+        run.out.starts_with("ClsCzyśćBazęDAO (private)\n"
+                            "    CZYŚĆ_BAZĘ(by reference ŚcieżkaBazy: String, "))
+        << run.out;
+}
+
 TEST(Catalogue, ListsThePrimitives) {
     const ToolRun run = run_tool({"catalogue", "value"});
     EXPECT_EQ(0, run.status);

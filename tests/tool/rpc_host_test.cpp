@@ -5,6 +5,7 @@
 
 #include <kvarta16/frame/catalogue.h>
 #include <kvarta16/frame/utf8.h>
+#include <kvarta16/frame/value.h>
 #include <kvarta16/platform/sqlite/sqlite_connection.h>
 
 #include "rpc_client.h"
@@ -198,6 +199,27 @@ TEST_F(RpcDatabase, ReleasingAConnectionRollsItsTransactionBack) {
     EXPECT_EQ(-32601, rpc.code("@1.BeginTrans"));
 }
 
+// A connection is also what a statement runs on.
+TEST_F(RpcDatabase, StatementsRunOnIt) {
+    const std::string run_statement = "Baza.DbWykonajNorthWind";
+    const std::string add = '[' + quoted("insert into [S_StawkiKM] (Ponizej900) values (1)") + ',';
+    const Json done = rpc.result(run_statement, add + R"({"Object":1},true])");
+    EXPECT_EQ(Json::parse(R"({"String":""})"), done["value"]);
+    EXPECT_EQ(Json::parse(R"({"Object":1})"), done["args"][1]);
+    EXPECT_EQ(Json::array(), done["boxes"]);
+    EXPECT_EQ(1, row_count());
+    const Json failed = rpc.result(run_statement, R"(["drop tabel x",{"Object":1},true])");
+    EXPECT_NE(Json::parse(R"({"String":""})"), failed["value"]);
+    EXPECT_EQ("drop tabel x", failed["boxes"][0]["title"]);
+    EXPECT_EQ(failed["value"]["String"], failed["boxes"][0]["text"]);
+    rpc.value("host.fault", R"(["Execute",1,"once",3260])");
+    EXPECT_EQ(R"({"String":"Application-defined or object-defined error"})",
+              rpc.value("ClsCzyśćBazęDAO.DbWykonajNorthWind", add + R"({"Object":1},false])"));
+    EXPECT_EQ(1, row_count());
+    rpc.value("@1.Close");
+    EXPECT_NE(R"({"String":""})", rpc.value(run_statement, add + R"({"Object":1},false])"));
+}
+
 TEST_F(RpcDatabase, NothingIsNoConnection) {
     EXPECT_EQ(3709, rpc.code(run, R"([{"Object":0},false,true])"));
     EXPECT_EQ(94, rpc.code(run, "[null,false,true]"));
@@ -231,8 +253,8 @@ TEST(RpcConnect, AFileThatIsNoDatabaseOrCannotBeOpened) {
 TEST(RpcConnect, NamesOfAnotherForm) {
     RpcClient rpc;
     for (const std::string params :
-         {R"(["firma.db"])", R"(["sqlite:"])", R"([""])", R"(["SQLITE:firma.db"])",
-          R"(["odbc:firma"])", "[5]", "[null]", "[]", R"(["sqlite:a","b"])"}) {
+         {R"(["firma.db"])", R"(["sqlite:"])", R"([""])", R"(["SQLITE:firma.db"])", R"(["odbc:"])",
+          "[5]", "[null]", "[]", R"(["sqlite:a","b"])"}) {
         EXPECT_EQ(-32602, rpc.code("host.connect", params)) << params;
     }
     EXPECT_FALSE(std::filesystem::exists("firma.db"));
@@ -273,6 +295,135 @@ TEST(RpcFault, WrongRequests) {
           R"(["Open",1,"once",5,6])", "[]"}) {
         EXPECT_EQ(-32602, rpc.code("host.fault", params)) << params;
     }
+}
+
+// ---- Drives -----------------------------------------------------------------------------------
+
+class RpcDrives : public testing::Test {
+  protected:
+    // What the engine says of a file: 3343 for one that is no database, 3024 for none.
+    std::string check(const std::string& name) {
+        return rpc.value("Baza.Sprawdź_bazęDAO", '[' + quoted(name) + ']');
+    }
+
+    TempFolder folder;
+    RpcClient rpc;
+};
+
+TEST_F(RpcDrives, AFolderStandsBehindALetter) {
+    std::ofstream(folder.file("Firma.mdb")) << std::string(5000, 'x');
+    const std::string no_drive = check("C:\\firma.MDB");
+    EXPECT_EQ(empty, rpc.value("host.drive", R"(["C",)" + quoted(folder.file("")) + ']'));
+    EXPECT_EQ(R"({"Long":3343})", check("C:\\firma.MDB"));
+    EXPECT_EQ(R"({"Long":3343})", check("c:/FIRMA.mdb"));
+    EXPECT_EQ(R"({"Long":3024})", check("C:\\inna.mdb"));
+    EXPECT_EQ(empty, rpc.value("host.drive", R"(["c","/nowhere"])"));
+    EXPECT_EQ(no_drive, check("C:\\firma.MDB"));
+    EXPECT_NE(R"({"Long":0})", no_drive);
+}
+
+TEST_F(RpcDrives, WhatIsTakenAndWhatIsNot) {
+    EXPECT_EQ(empty, rpc.value("host.drive", R"(["y",{"String":"/tmp"}])"));
+    for (const std::string params :
+         {R"(["Z","/tmp"])", R"(["C:","/tmp"])", R"(["","/tmp"])", R"(["1","/tmp"])", R"(["C",""])",
+          R"(["C","a\u0000b"])", R"(["C",null])", R"([3,"/tmp"])", R"(["C"])",
+          R"(["C","/tmp","/tmp"])", "[]", ""}) {
+        EXPECT_EQ(-32602, rpc.code("host.drive", params)) << params;
+    }
+}
+
+// ---- Database files ---------------------------------------------------------------------------
+
+TEST_F(RpcDrives, ADatabaseFromItsMakingToItsCleaning) {
+    rpc.value("host.sleep", R"(["record"])");
+    rpc.value("host.drive", R"(["C",)" + quoted(folder.file("")) + ']');
+    const std::string name = R"("C:\\firma.mdb")";
+    const Json made = rpc.result("Baza.NewMdb", '[' + name + ']');
+    EXPECT_EQ(Json::parse(R"({"Boolean":-1})"), made["value"]);
+    EXPECT_EQ(Json::array({3000}), made["sleeps"]);
+    EXPECT_EQ(Json::array(), made["boxes"]);
+
+    const std::string db = quoted("sqlite:" + folder.file("firma.mdb"));
+    rpc.value("host.connect", '[' + db + ']');
+    for (const std::string statement :
+         {"create table [towary] (a LONG, n TEXT(10))", "insert into [towary] (a) values (null)"}) {
+        EXPECT_EQ(R"({"String":""})",
+                  rpc.value("Baza.DbWykonajNorthWind",
+                            '[' + quoted(statement) + R"(,{"Object":1},true])"));
+    }
+    rpc.value("host.release", R"([{"Object":1}])");
+
+    const Json cleaned =
+        rpc.result("ClsCzyśćBazęDAO.CZYŚĆ_BAZĘ", '[' + name + R"(,true,false,""])");
+    EXPECT_EQ(Json::array({5000}), cleaned["sleeps"]);
+    EXPECT_EQ(R"({"Boolean":-1})",
+              rpc.value("ClsCzyśćBazęDAO.Set_Szer_tetx", R"(["dane","[TOWARY]",)" + name + ']'));
+    const auto connection = connect(folder.file("firma.mdb"));
+    const auto rows = connection->CreateRecordset();
+    rows->Open(u"select [a],[n] from [TOWARY]", connection, kvarta16::ado::CursorType::adOpenStatic,
+               kvarta16::ado::LockType::adLockReadOnly, kvarta16::ado::adCmdUnspecified);
+    ASSERT_FALSE(rows->IsEOF());
+    EXPECT_EQ(0, kvarta16::ToLong(rows->Fields(u"a").Value()));
+    EXPECT_EQ(u"", kvarta16::ToText(rows->Fields(u"n").Value()));
+}
+
+TEST_F(RpcDrives, FaultsReachFilesAndEngine) {
+    rpc.value("host.sleep", R"(["record"])");
+    rpc.value("host.drive", R"(["C",)" + quoted(folder.file("")) + ']');
+    const std::string name = R"(["C:\\firma.mdb"])";
+    rpc.value("host.fault", R"(["DBEngine.OpenDatabase",1,"once",3051])");
+    const Json unchecked = rpc.result("Baza.NewMdb", name);
+    EXPECT_EQ(Json::parse(R"({"Boolean":0})"), unchecked["value"]);
+    EXPECT_EQ(Json::array(), unchecked["boxes"]);
+    EXPECT_EQ(R"({"Long":0})", rpc.value("Baza.Sprawdź_bazęDAO", name));
+
+    rpc.value("host.fault", R"(["Kill",1,"from",70])");
+    rpc.value("host.answers", R"([["yes","yes","no"]])");
+    const Json held = rpc.result("Baza.NewMdb", name);
+    EXPECT_EQ(Json::parse(R"({"Boolean":0})"), held["value"]);
+    EXPECT_EQ(3, held["boxes"].size());
+    EXPECT_EQ("Nadpisać C:\\firma.mdb", held["boxes"][0]["text"]);
+    EXPECT_EQ(4, held["boxes"][0]["style"]);
+    EXPECT_EQ(nullptr, held["boxes"][0]["title"]);
+    EXPECT_EQ("no", held["boxes"][2]["answer"]);
+}
+
+// ---- A private class --------------------------------------------------------------------------
+
+TEST(RpcPrivateClass, IsCalledByTheSameForms) {
+    RpcClient rpc;
+    rpc.value("host.sleep", R"(["record"])");
+    const std::string cleaning = "ClsCzyśćBazęDAO.CZYŚĆ_BAZĘ";
+    const std::string missing = R"(["Z:\\nowhere\\x.mdb",false,)";
+    EXPECT_GT(rpc.code(cleaning, missing + R"(false,""])"), 0);
+    const Json result = rpc.result(cleaning, missing + R"(true,"towary"])");
+    EXPECT_EQ(Json::parse(empty), result["value"]);
+    EXPECT_EQ(Json::array({5000}), result["sleeps"]);
+    EXPECT_EQ(Json::parse(R"({"String":"towary"})"), result["args"][3]);
+
+    EXPECT_EQ(R"({"Object":1})", rpc.value("host.create", R"(["ClsCzyśćBazęDAO"])"));
+    EXPECT_EQ(Json::parse(R"([{"String":"x"},{"Boolean":-1},{"String":"ŻABA"}])"),
+              rpc.result("@1.CZYŚĆ_BAZĘ_TMP", R"(["x",true,"żaba"])")["args"]);
+    EXPECT_EQ(R"({"Boolean":0})", rpc.value("@1.Set_Szer_tetx", R"(["a","[b]","Z:\\nowhere"])"));
+    EXPECT_EQ(-32601, rpc.code("@1.Sprawdź_bazęDAO", R"(["x"])"));
+    EXPECT_EQ(-32602, rpc.code("@1.CZYŚĆ_BAZĘ_TMP", R"(["x",true])"));
+}
+
+TEST(RpcPrivateClass, IsNotInTheCatalogue) {
+    RpcClient rpc;
+    for (const Json& described : rpc.result("host.catalogue", "")["value"]["classes"]) {
+        EXPECT_NE("ClsCzyśćBazęDAO", described["name"]);
+    }
+}
+
+TEST(RpcNothing, IsNoDatabaseAndNoRecordset) {
+    RpcClient rpc;
+    const Json failed = rpc.result("Baza.DbWykonajNorthWind", R"(["drop table x",{"Object":0},1])");
+    EXPECT_EQ(Json::parse(R"({"String":"Object variable not set"})"), failed["value"]);
+    EXPECT_EQ("drop table x", failed["boxes"][0]["title"]);
+    EXPECT_EQ(Json::parse(R"([{"Object":0}])"),
+              rpc.result("aproste.DbCloseSEL", R"([{"Object":0}])")["args"]);
+    EXPECT_EQ(13, rpc.code("Baza.DbWykonajNorthWind", R"(["drop table x","y",true])"));
 }
 
 // ---- Clock and pauses: their effect is examined on the platform of the session -----------------

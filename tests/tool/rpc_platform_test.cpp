@@ -53,6 +53,29 @@ TEST(RpcPlatform, FaultsStandBeforeClockPauseAndBox) {
     EXPECT_EQ(3, host.plan->failed_calls());
 }
 
+TEST(RpcPlatform, FaultsStandBeforeFilesAndEngine) {
+    RpcPlatform host;
+    host.plan->fail_at("GetAttr", 1, FaultSpan::Once, 75);
+    host.plan->fail_at("Kill", 1, FaultSpan::Once, 70);
+    host.plan->fail_at("OpenDatabase", 1, FaultSpan::Once, 3051);
+    host.plan->fail_at("CreateDatabase", 1, FaultSpan::Once, 3204);
+    const auto number_of = [](auto&& call) {
+        try {
+            call();
+        } catch (const Failure& failure) {
+            return failure.number();
+        }
+        return Long{0};
+    };
+    EXPECT_EQ(75, number_of([] { static_cast<void>(platform().files->GetAttr(u"Z:\\")); }));
+    EXPECT_EQ(0, number_of([] { static_cast<void>(platform().files->GetAttr(u"Z:\\")); }));
+    EXPECT_EQ(70, number_of([] { platform().files->Kill(u"Z:\\"); }));
+    EXPECT_EQ(3051, number_of([] { static_cast<void>(platform().db_engine->OpenDatabase(u"")); }));
+    EXPECT_EQ(3204,
+              number_of([] { static_cast<void>(platform().db_engine->CreateDatabase(u"", u"")); }));
+    EXPECT_EQ(4, host.plan->failed_calls());
+}
+
 TEST(RpcPlatform, BoxesKeepTextStyleTitleAndAnswer) {
     RpcPlatform host;
     host.boxes.answers = {MsgBoxResult::Cancel};
@@ -74,6 +97,8 @@ TEST(RpcPlatform, ThePlatformBeforeIsBackAfterwards) {
     EXPECT_EQ(before.clock, platform().clock);
     EXPECT_EQ(before.message_boxes, platform().message_boxes);
     EXPECT_EQ(before.sleeper, platform().sleeper);
+    EXPECT_EQ(before.files, platform().files);
+    EXPECT_EQ(before.db_engine, platform().db_engine);
 }
 
 TEST(RpcPlatform, PausesStandInTheAnswerWhereThereAreSome) {

@@ -55,8 +55,8 @@ Arguments read_arguments(const MemberInfo& member, const std::vector<std::string
     }
     Arguments arguments;
     for (std::size_t i = 0; i < words.size(); ++i) {
-        if (parameters[i].type == TypeName::Object && database_path(words[i])) {
-            arguments.push_back(open_database(words[i], {}));
+        if (parameters[i].type == TypeName::Object && names_database(words[i])) {
+            arguments.push_back(open_database(words[i], Use::Calling)->connection());
         } else {
             arguments.push_back(human_value(words[i]));
         }

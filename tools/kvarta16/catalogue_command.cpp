@@ -28,10 +28,12 @@ void print_events(const EventInterface& events) {
 void print_class(const ClassInfo& info) {
     const ClassHeader& header = info.header;
     std::cout << to_utf8(header.name) << " (" << to_utf8(name_of(header.instancing))
-              << (info.is_built() ? ")\n" : ", not built)\n") << "    class     {"
-              << header.class_id << "}\n"
-              << "    interface {" << header.interface_id << "} " << to_utf8(info.interface_name())
-              << '\n';
+              << (info.is_built() ? ")\n" : ", not built)\n");
+    if (header.instancing != Instancing::Private) {
+        std::cout << "    class     {" << header.class_id << "}\n"
+                  << "    interface {" << header.interface_id << "} "
+                  << to_utf8(info.interface_name()) << '\n';
+    }
     print_members(info.members);
     if (info.events != nullptr) {
         print_events(*info.events);

@@ -6,12 +6,43 @@
 #include <string>
 #include <vector>
 
+#include <kvarta16/frame/types.h>
+
 namespace kvarta16::tool {
 
 // `words` are CLASS.MEMBER and its arguments.
 int call_command(const std::vector<std::string>& words);
 
 int catalogue_command(const std::optional<std::string>& class_name, bool as_json);
+
+// Database files.
+int db_new_command(const std::string& file, bool silent);
+int db_check_command(const std::string& file);
+struct MaintenanceOptions {
+    std::string file;
+    std::optional<std::string> table;  // one table alone
+    std::string owner;                 // what stands before its name in the statements of widen
+    bool drop_paste_errors = false;
+    bool ignore_errors = false;
+    bool plan = false;    // print what would be done, change nothing
+    bool backup = false;  // copy the file to FILE.bak before
+};
+int db_clean_command(const MaintenanceOptions& options);
+int db_widen_command(const MaintenanceOptions& options);
+int db_exec_command(const std::string& file, const std::string& sql);
+int db_show_command(const std::string& file, const std::optional<std::string>& table);
+
+// In these, `language` is "pl" or "en"; the environment's if not given.
+
+// What kind of day a date is.
+int day_command(const std::string& day, const std::optional<std::string>& language);
+
+// The public holidays of a year.
+int holidays_command(Long year, const std::optional<std::string>& language);
+
+// Whether the check digit of an identifier agrees: the status is 1 if not.
+int nip_command(const std::string& number, const std::optional<std::string>& language);
+int pesel_command(const std::string& number, const std::optional<std::string>& language);
 
 struct RatesOptions {
     std::string database;
@@ -21,6 +52,18 @@ struct RatesOptions {
 int rates_command(const RatesOptions& options);
 
 int rpc_command();
+
+// Length of service and leave.
+struct ServiceOptions {
+    std::vector<std::string> days;  // the first and the last day of each period
+    Integer school = 0;             // years credited for schooling
+    std::optional<Integer> age;     // where given, the scale that asks for it
+    std::optional<std::string> language;
+};
+int service_command(const ServiceOptions& options);
+
+// An amount in words.
+int words_command(const std::string& amount);
 
 struct SeedOptions {
     std::string database;

@@ -1,27 +1,67 @@
 #include "databases.h"
 
-#include <string>
+#include <optional>
+
+#include <kvarta16/platform/sqlite/sqlite_connection.h>
 
 #include "usage_error.h"
 
 namespace kvarta16::tool {
+namespace {
 
-std::optional<std::string_view> database_path(std::string_view name) noexcept {
-    constexpr std::string_view scheme = "sqlite:";
+constexpr std::string_view sqlite_scheme = "sqlite:";
+constexpr std::string_view odbc_scheme = "odbc:";
+
+// What stands behind a scheme; nothing for names of others, and where nothing stands there.
+std::optional<std::string_view> behind(std::string_view scheme, std::string_view name) noexcept {
     if (!name.starts_with(scheme) || name.size() == scheme.size()) {
         return std::nullopt;
     }
     return name.substr(scheme.size());
 }
 
-std::shared_ptr<sqlite::SqliteConnection> open_database(std::string_view name,
-                                                        sqlite::OpenOptions options) {
-    const std::optional<std::string_view> path = database_path(name);
-    if (!path) {
-        throw UsageError("\"" + std::string(name) + "\" names no database: give " +
-                         std::string(database_form));
+class SqliteDatabase final : public Database {
+  public:
+    SqliteDatabase(std::string_view path, Use use)
+        : db_(sqlite::connect(path,
+                              {.create = use == Use::Filling, .read_only = use == Use::Reading})) {}
+
+    std::shared_ptr<ado::Connection> connection() override { return db_; }
+    bool table_exists(StringView name) override { return db_->table_exists(name); }
+    void execute(std::string_view sql) override { db_->execute(sql); }
+    ColumnWords column_words() override { return {"SMALLINT", "DATETIME", "CURRENCY", "BOOLEAN"}; }
+    bool takes_tables_back() override { return true; }
+
+  private:
+    std::shared_ptr<sqlite::SqliteConnection> db_;
+};
+
+}  // namespace
+
+bool names_database(std::string_view name) noexcept {
+    return behind(sqlite_scheme, name) || behind(odbc_scheme, name);
+}
+
+std::string shown_database(std::string_view name) {
+    if (const auto connection_name = behind(odbc_scheme, name)) {
+        return std::string(odbc_scheme) + shown_odbc(*connection_name);
     }
-    return sqlite::connect(*path, options);
+    if (behind(sqlite_scheme, name)) {
+        return std::string(name);
+    }
+    // Perhaps a connection string that is not said to be one.
+    return std::string(name.substr(0, name.find_first_of("=;")));
+}
+
+std::shared_ptr<Database> open_database(std::string_view name, Use use) {
+    if (const auto path = behind(sqlite_scheme, name)) {
+        return std::make_shared<SqliteDatabase>(*path, use);
+    }
+    if (const auto connection_name = behind(odbc_scheme, name)) {
+        return open_odbc(*connection_name);
+    }
+    throw UsageError("\"" + shown_database(name) + "\" names no database: give " +
+                     std::string(database_form));
 }
 
 }  // namespace kvarta16::tool

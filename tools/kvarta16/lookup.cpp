@@ -4,6 +4,17 @@
 
 namespace kvarta16::tool {
 
+const ClassInfo* find_offered_class(StringView name) {
+    if (const ClassInfo* found = find_class(name)) {
+        return found;
+    }
+    const std::span<const ClassInfo> classes = private_classes();
+    const auto found = std::find_if(classes.begin(), classes.end(), [&](const ClassInfo& info) {
+        return info.header.name == name;
+    });
+    return found == classes.end() ? nullptr : &*found;
+}
+
 const MemberInfo* find_called(const ClassInfo& info, StringView name) {
     if (name.ends_with(u'=')) {
         return info.find(name.substr(0, name.size() - 1), MemberKind::PropertyLet);

@@ -5,6 +5,10 @@
 
 namespace kvarta16::tool {
 
+// The class that a caller may name: a public one, or a private one that the tool offers a way in
+// to. nullptr if there is none.
+[[nodiscard]] const ClassInfo* find_offered_class(StringView name);
+
 // The built member that a class offers under a name: a method, a property to be read, or with a
 // "=" behind the name a property to be written. nullptr if there is none.
 [[nodiscard]] const MemberInfo* find_called(const ClassInfo& info, StringView name);

@@ -16,11 +16,15 @@ namespace {
 constexpr const char* examples = R"(Examples:
   kvarta16 seed --db sqlite:firma.db
   kvarta16 rates --db sqlite:firma.db --on 2024-05-17
+  kvarta16 slownie 1234,56
+  kvarta16 dzien 2025-12-24
+  kvarta16 staz 2018-03-01 2020-12-31 2021-02-15 2026-10-31
   kvarta16 call aLiczby.VarR2Str 12.5
   kvarta16 catalogue aChar
   echo '{"jsonrpc":"2.0","id":1,"method":"amain.VersjaLib"}' | kvarta16 rpc
 
-Exit status: 0 done, 1 a failure of the library or a database, 2 a wrong command line.)";
+Exit status: 0 done, 1 a failure of the library or a database, or a wrong identifier, 2 a wrong
+command line.)";
 
 constexpr const char* rpc_help =
     R"(Reads a JSON-RPC 2.0 request a line from standard input and writes an answer a line to standard
@@ -31,7 +35,7 @@ output, until the input ends.
   {"jsonrpc":"2.0","id":3,"method":"@1.NullStr","params":[null]}
 
 host.connect ["sqlite:FILE"] opens a database and makes the file if there is none, so that a client
-can work on a new one.)";
+can work on a new one; host.connect ["odbc:DSN-or-connection-string"] one behind an ODBC driver.)";
 
 constexpr const char* call_help =
     R"(Calls a member of a class, or a primitive of the value layer, and prints its result; then each
@@ -45,6 +49,7 @@ Values:
   date:2024-05-17  date:2024-05-17T12:00:00
   text:null  string:12        what stands behind the colon, as text
   sqlite:FILE                 a database that is there, where an object is wanted
+  odbc:NAME                   one behind an ODBC driver: a data source or connection string
   anything else               text; so are 12,5 and 007
 
 Examples:
@@ -69,7 +74,9 @@ left.
 
 Examples:
   kvarta16 seed --db sqlite:firma.db
-  kvarta16 seed --db sqlite:firma.db --tables payroll,interest --ask)";
+  kvarta16 seed --db sqlite:firma.db --tables payroll,interest --ask
+  kvarta16 seed --db 'odbc:DRIVER={PostgreSQL Unicode};SERVER=db;DATABASE=firma;UID=ola;PWD=...'
+  kvarta16 seed --db odbc:firma         the data source that odbc.ini calls firma)";
 
 constexpr const char* rates_help =
     R"(Prints what the statutory tables of a database hold on a day: the payroll parameters, the rates
@@ -78,6 +85,33 @@ per kilometre and the statutory interest, each with the day since when.
 Examples:
   kvarta16 rates --db sqlite:firma.db
   kvarta16 rates --db sqlite:firma.db --on 2010-01-01 --lang pl)";
+
+constexpr const char* db_help =
+    R"help(The engine of these database files is SQLite; statements are those of the suite's programs:
+create, alter and drop table, create and drop index, insert, update, delete, select.
+
+Examples:
+  kvarta16 db new firma.db
+  kvarta16 db exec firma.db "create table TOWARY (ID counter primary key, NAZWA text(40))"
+  kvarta16 db show firma.db --table TOWARY
+  kvarta16 db clean firma.db --plan
+  kvarta16 db widen firma.db --table TOWARY --backup)help";
+
+constexpr const char* slownie_help =
+    R"(The words as documents of the suite bear them: each with a capital, without blanks between them.
+Blanks between the digits are passed over, a dot stands for the comma. The sign is not told.
+
+Examples:
+  kvarta16 slownie 1234,56
+  kvarta16 slownie "21 000")";
+
+constexpr const char* staz_help =
+    R"(Counts each period in years, months and days, both of its days included, adds them up in months of
+30 days, and tells the days of leave a year.
+
+Examples:
+  kvarta16 staz 2018-03-01 2020-12-31 2021-02-15 2026-10-31 --szkola 8
+  kvarta16 staz 2025-07-01 2026-06-30 --wiek 17)";
 
 using Command = std::function<int()>;
 
@@ -108,15 +142,126 @@ void add_catalogue(CLI::App& app, Command& chosen) {
         [=, &chosen] { chosen = [=] { return catalogue_command(*name, *as_json); }; });
 }
 
+void add_language(CLI::App& command, std::optional<std::string>& language) {
+    command.add_option("--lang", language, "By default as LC_ALL, LC_MESSAGES, LANG say")
+        ->check(CLI::IsMember({"pl", "en"}));
+}
+
+// A command of one word and a language.
+using WordCommand = int (*)(const std::string& word, const std::optional<std::string>& language);
+void add_word_command(CLI::App& app, Command& chosen, const char* name, const char* meaning,
+                      const char* word_name, WordCommand run) {
+    CLI::App* command = app.add_subcommand(name, meaning);
+    auto word = std::make_shared<std::string>();
+    auto language = std::make_shared<std::optional<std::string>>();
+    command->add_option(word_name, *word)->required();
+    add_language(*command, *language);
+    command->callback([=, &chosen] { chosen = [=] { return run(*word, *language); }; });
+}
+
+void add_slownie(CLI::App& app, Command& chosen) {
+    CLI::App* command = app.add_subcommand("slownie", "Tell an amount in Polish words");
+    command->footer(slownie_help);
+    command->prefix_command();  // an amount may begin with "-"
+    command->callback([command, &chosen] {
+        const std::vector<std::string> words = command->remaining();
+        if (words.size() != 1) {
+            throw UsageError("one amount is wanted, as 1234,56");
+        }
+        chosen = [amount = words[0]] { return words_command(amount); };
+    });
+}
+
+void add_swieta(CLI::App& app, Command& chosen) {
+    CLI::App* command = app.add_subcommand("swieta", "List the public holidays of a year");
+    auto year = std::make_shared<Long>();
+    auto language = std::make_shared<std::optional<std::string>>();
+    command->add_option("YEAR", *year)->required()->check(CLI::Range(100, 9999));
+    add_language(*command, *language);
+    command->callback(
+        [=, &chosen] { chosen = [=] { return holidays_command(*year, *language); }; });
+}
+
+void add_staz(CLI::App& app, Command& chosen) {
+    CLI::App* command = app.add_subcommand("staz", "Length of service and leave: staz FROM TO ...");
+    command->footer(staz_help);
+    auto options = std::make_shared<ServiceOptions>();
+    command->add_option("DAYS", options->days, "First and last day of each period")->required();
+    command->add_option("--szkola", options->school, "Years credited for schooling")
+        ->check(CLI::Range(0, 100));
+    command->add_option("--wiek", options->age, "Age in years; chooses the scale that asks for it")
+        ->check(CLI::Range(0, 200));
+    add_language(*command, options->language);
+    command->callback([=, &chosen] { chosen = [=] { return service_command(*options); }; });
+}
+
 void add_rates(CLI::App& app, Command& chosen) {
     CLI::App* command = app.add_subcommand("rates", "Print what holds on a day");
     command->footer(rates_help);
     auto options = std::make_shared<RatesOptions>();
-    command->add_option("--db", options->database, "The database, as sqlite:FILE")->required();
+    command->add_option("--db", options->database, "The database, as sqlite:FILE or odbc:NAME")
+        ->required();
     command->add_option("--on", options->day, "The day, as 2024-05-17; by default today");
-    command->add_option("--lang", options->language, "By default as LC_ALL, LC_MESSAGES, LANG say")
-        ->check(CLI::IsMember({"pl", "en"}));
+    add_language(*command, options->language);
     command->callback([=, &chosen] { chosen = [=] { return rates_command(*options); }; });
+}
+
+void add_db_file_commands(CLI::App& db, Command& chosen) {
+    auto file = std::make_shared<std::string>();
+    auto silent = std::make_shared<bool>(false);
+    CLI::App* make = db.add_subcommand("new", "Make an empty database; asks before it overwrites");
+    make->add_option("FILE", *file)->required();
+    make->add_flag("--silent", *silent, "Leave a file that is there alone, and ask nothing");
+    make->callback([=, &chosen] { chosen = [=] { return db_new_command(*file, *silent); }; });
+
+    CLI::App* check = db.add_subcommand("check", "Tell whether a file opens as a database");
+    check->add_option("FILE", *file)->required();
+    check->callback([=, &chosen] { chosen = [=] { return db_check_command(*file); }; });
+
+    auto sql = std::make_shared<std::string>();
+    CLI::App* exec = db.add_subcommand("exec", "Run a statement; a select prints its rows");
+    exec->add_option("FILE", *file)->required();
+    exec->add_option("SQL", *sql)->required();
+    exec->callback([=, &chosen] { chosen = [=] { return db_exec_command(*file, *sql); }; });
+
+    auto table = std::make_shared<std::optional<std::string>>();
+    CLI::App* show = db.add_subcommand("show", "Show tables, columns and numbers of rows");
+    show->add_option("FILE", *file)->required();
+    show->add_option("--table", *table, "This table alone, with its rows");
+    show->callback([=, &chosen] { chosen = [=] { return db_show_command(*file, *table); }; });
+}
+
+void add_db_maintenance(CLI::App& db, Command& chosen) {
+    auto options = std::make_shared<MaintenanceOptions>();
+    options->owner = "dbo";
+    const auto add_common = [options](CLI::App* command) {
+        command->add_option("FILE", options->file)->required();
+        command->add_flag("--plan", options->plan, "Print what would be done, change nothing");
+        command->add_flag("--backup", options->backup, "Copy the file to FILE.bak before");
+    };
+    CLI::App* clean = db.add_subcommand(
+        "clean", "Table names in capitals, defaults for numbers and texts, no Nulls in them");
+    add_common(clean);
+    clean->add_option("--table", options->table, "This table alone");
+    clean->add_flag("--drop-paste-errors", options->drop_paste_errors,
+                    "Drop the table \"Błędy wklejania\"");
+    clean->add_flag("--ignore-errors", options->ignore_errors, "Go on behind what fails");
+    clean->callback([=, &chosen] { chosen = [=] { return db_clean_command(*options); }; });
+
+    CLI::App* widen = db.add_subcommand("widen", "Widen the text columns of a table to 255");
+    add_common(widen);
+    widen->add_option("--table", options->table)->required();
+    widen->add_option("--owner", options->owner, "What stands before the table in the statements")
+        ->capture_default_str();
+    widen->callback([=, &chosen] { chosen = [=] { return db_widen_command(*options); }; });
+}
+
+void add_db(CLI::App& app, Command& chosen) {
+    CLI::App* db = app.add_subcommand("db", "Make, check, clean, widen and show database files");
+    db->footer(db_help);
+    db->require_subcommand(1);
+    add_db_file_commands(*db, chosen);
+    add_db_maintenance(*db, chosen);
 }
 
 void add_rpc(CLI::App& app, Command& chosen) {
@@ -131,7 +276,8 @@ void add_seed(CLI::App& app, Command& chosen) {
     auto options = std::make_shared<SeedOptions>();
     options->tables = {"payroll", "mileage", "interest"};
     options->dialect = "odbc";
-    command->add_option("--db", options->database, "The database, as sqlite:FILE")->required();
+    command->add_option("--db", options->database, "The database, as sqlite:FILE or odbc:NAME")
+        ->required();
     command->add_option("--tables", options->tables, "Which of them, joined by commas")
         ->delimiter(',')
         ->check(CLI::IsMember({"payroll", "mileage", "interest"}))
@@ -151,6 +297,14 @@ int run(int argc, char** argv) {
     Command chosen;
     add_seed(app, chosen);
     add_rates(app, chosen);
+    add_db(app, chosen);
+    add_slownie(app, chosen);
+    add_word_command(app, chosen, "dzien", "Tell what kind of day a date is", "DAY", day_command);
+    add_swieta(app, chosen);
+    add_word_command(app, chosen, "pesel", "Check a personal identity number", "NUMBER",
+                     pesel_command);
+    add_word_command(app, chosen, "nip", "Check a tax number", "NUMBER", nip_command);
+    add_staz(app, chosen);
     add_call(app, chosen);
     add_catalogue(app, chosen);
     add_rpc(app, chosen);

@@ -6,12 +6,9 @@
 
 #include <kvarta16/frame/types.h>
 
-namespace kvarta16::tool {
+#include "language.h"
 
-struct Words {
-    StringView polish;
-    StringView english;
-};
+namespace kvarta16::tool {
 
 enum class Unit : std::uint8_t { Plain, Zloty, Percent, Days, ZlotyPerKilometre };
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <span>
@@ -12,6 +11,7 @@
 #include "databases.h"
 #include "holdings.h"
 #include "human_values.h"
+#include "language.h"
 #include "rate_words.h"
 #include "usage_error.h"
 
@@ -183,8 +183,7 @@ std::vector<Line> parameter_lines(const Listing& listing, Long id,
 
 // ---- The three tables -----------------------------------------------------------------------
 
-Holdings read_table(const std::shared_ptr<sqlite::SqliteConnection>& db, std::string_view topic,
-                    Date day) {
+Holdings read_table(const std::shared_ptr<ado::Connection>& db, std::string_view topic, Date day) {
     Holdings holdings = holdings_on(db, statutory_table(topic), day);
     if (holdings.unreadable_rows > 0) {
         std::cerr << "kvarta16: " << to_utf8(statutory_table(topic).name) << ": "
@@ -220,34 +219,9 @@ void print_rates(const Listing& listing, const Words& title, const Holdings& hol
     print_if_empty(listing, holdings);
 }
 
-// ---- Options --------------------------------------------------------------------------------
+// ---- The command ----------------------------------------------------------------------------
 
-Date chosen_day(const std::optional<std::string>& text) {
-    if (!text) {
-        return platform().clock->Now();
-    }
-    const Variant day = from_utf8(*text);
-    if (!IsDateValue(day)) {
-        throw UsageError("\"" + *text + "\" is no date; write it as 2024-05-17");
-    }
-    return ToDate(day);
-}
-
-// The language asked for, or that of the messages of the environment.
-bool is_polish(const std::optional<std::string>& language) {
-    if (language) {
-        return *language == "pl";
-    }
-    for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && *value != '\0') {
-            return std::string_view(value).starts_with("pl");
-        }
-    }
-    return false;
-}
-
-void require_tables(sqlite::SqliteConnection& db, const std::string& database) {
+void require_tables(Database& db, const std::string& database) {
     for (const StatutoryTable& table : statutory_tables()) {
         if (!db.table_exists(table.name)) {
             std::string message = database + " has no table " + to_utf8(table.name);
@@ -260,9 +234,10 @@ void require_tables(sqlite::SqliteConnection& db, const std::string& database) {
 }  // namespace
 
 int rates_command(const RatesOptions& options) {
-    const Date day = chosen_day(options.day);
-    const auto db = open_database(options.database, {.read_only = true});
-    require_tables(*db, options.database);
+    const Date day = options.day ? day_argument(*options.day) : platform().clock->Now();
+    const auto database = open_database(options.database, Use::Reading);
+    require_tables(*database, shown_database(options.database));
+    const std::shared_ptr<ado::Connection> db = database->connection();
     const Holdings payroll = read_table(db, "payroll", day);
     const Holdings mileage = read_table(db, "mileage", day);
     const Holdings interest = read_table(db, "interest", day);

@@ -6,12 +6,14 @@
 
 #include <kvarta16/frame/catalogue.h>
 #include <kvarta16/frame/utf8.h>
+#include <kvarta16/platform/posix/posix_paths.h>
 
 #include "catalogue_json.h"
 #include "databases.h"
 #include "date_forms.h"
 #include "json_output.h"
 #include "json_values.h"
+#include "lookup.h"
 #include "refusal.h"
 
 namespace kvarta16::tool {
@@ -66,10 +68,15 @@ struct HostMethods::Method {
 };
 
 const HostMethods::Method HostMethods::methods[] = {
-    {u"create", 1, &HostMethods::create},   {u"release", 1, &HostMethods::release},
-    {u"connect", 1, &HostMethods::connect}, {u"answers", 1, &HostMethods::answers},
-    {u"now", 1, &HostMethods::now},         {u"sleep", 1, &HostMethods::sleep},
-    {u"fault", 4, &HostMethods::fault},     {u"catalogue", 0, &HostMethods::catalogue},
+    {u"create", 1, &HostMethods::create},
+    {u"release", 1, &HostMethods::release},
+    {u"connect", 1, &HostMethods::connect},
+    {u"answers", 1, &HostMethods::answers},
+    {u"now", 1, &HostMethods::now},
+    {u"sleep", 1, &HostMethods::sleep},
+    {u"drive", 2, &HostMethods::drive},
+    {u"fault", 4, &HostMethods::fault},
+    {u"catalogue", 0, &HostMethods::catalogue},
 };
 
 std::string HostMethods::call(StringView name, const Json& params) {
@@ -93,7 +100,7 @@ std::string HostMethods::object_json(const ObjectPointer& object) {
 
 std::string HostMethods::create(const Json& params) {
     const String name = text_param(params[0], objects_);
-    const ClassInfo* info = find_class(name);
+    const ClassInfo* info = find_offered_class(name);
     if (info == nullptr || !info->is_built()) {
         throw Refusal(RefusalCode::UnknownMethod, "no class " + to_utf8(name));
     }
@@ -112,11 +119,10 @@ std::string HostMethods::release(const Json& params) {
 
 std::string HostMethods::connect(const Json& params) {
     const std::string name = to_utf8(text_param(params[0], objects_));
-    const std::optional<std::string_view> path = database_path(name);
-    if (!path) {
+    if (!names_database(name)) {
         refuse("a database is named " + std::string(database_form));
     }
-    return object_json(faulting(sqlite::connect(*path, {.create = true}), platform_.plan));
+    return object_json(faulting(open_database(name, Use::Filling)->connection(), platform_.plan));
 }
 
 std::string HostMethods::answers(const Json& params) {
@@ -163,6 +169,16 @@ std::string HostMethods::sleep(const Json& params) {
         refuse(R"("real" or "record" is wanted)");
     }
     platform_.sleeper.records = mode == u"record";
+    return empty_json();
+}
+
+std::string HostMethods::drive(const Json& params) {
+    const String letter = text_param(params[0], objects_);
+    const String folder = text_param(params[1], objects_);
+    const bool is_folder = !folder.empty() && folder.find(u'\0') == String::npos;
+    if (letter.size() != 1 || !is_folder || !posix::map_drive(letter[0], to_utf8(folder))) {
+        refuse(R"(a letter from "A" to "Y" and a folder are wanted; Z is the root)");
+    }
     return empty_json();
 }
 

@@ -28,6 +28,7 @@ class HostMethods {
     std::string catalogue(const Json& params);
     std::string now(const Json& params);
     std::string sleep(const Json& params);
+    std::string drive(const Json& params);
     std::string fault(const Json& params);
 
     struct Method;

@@ -1,18 +1,6 @@
 #include "rpc_platform.h"
 
 namespace kvarta16::tool {
-namespace {
-
-// The set in force, with these three in the place of its own.
-Platform with(MessageBoxes& boxes, Clock& clock, Sleeper& sleeper) {
-    Platform operations = platform();
-    operations.message_boxes = &boxes;
-    operations.clock = &clock;
-    operations.sleeper = &sleeper;
-    return operations;
-}
-
-}  // namespace
 
 MsgBoxResult RecordingBoxes::MsgBox(StringView text, Long style, std::optional<StringView> title) {
     MsgBoxResult answer = unattended_answer(style);
@@ -39,8 +27,16 @@ RpcPlatform::RpcPlatform()
       faulting_boxes_(faulting(boxes, plan)),
       faulting_clock_(faulting(clock, plan)),
       faulting_sleeper_(faulting(sleeper, plan)),
-      operations_(with(*faulting_boxes_, *faulting_clock_, *faulting_sleeper_)),
-      scope_(operations_) {}
+      faulting_files_(faulting(*platform().files, plan)),
+      faulting_engine_(faulting(*platform().db_engine, plan)),
+      operations_(platform()),
+      scope_(operations_) {
+    operations_.message_boxes = faulting_boxes_.get();
+    operations_.clock = faulting_clock_.get();
+    operations_.sleeper = faulting_sleeper_.get();
+    operations_.files = faulting_files_.get();
+    operations_.db_engine = faulting_engine_.get();
+}
 
 void RpcPlatform::begin_call() {
     boxes.shown.clear();

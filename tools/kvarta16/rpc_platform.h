@@ -64,6 +64,8 @@ class RpcPlatform {
     std::unique_ptr<MessageBoxes> faulting_boxes_;
     std::unique_ptr<Clock> faulting_clock_;
     std::unique_ptr<Sleeper> faulting_sleeper_;
+    std::unique_ptr<Files> faulting_files_;
+    std::unique_ptr<dao::DBEngine> faulting_engine_;
     Platform operations_;
     ScopedPlatform scope_;
 };

@@ -166,7 +166,8 @@ RpcSession::Target RpcSession::find_target(StringView method) const {
         } else if (auto* connection = dynamic_cast<ado::Connection*>(object.get())) {
             target = {find_entry(connection_members, name), {connection, object}};
         }
-    } else if (const ClassInfo* info = find_class(owner); info != nullptr && info->is_built()) {
+    } else if (const ClassInfo* info = find_offered_class(owner);
+               info != nullptr && info->is_built()) {
         target = {find_called(*info, name), receiver_of(*info)};
     }
     if (target.member == nullptr) {

@@ -20,36 +20,42 @@ struct TableResult {
     SeedCount count;
 };
 
+void create_table(Database& db, const StatutoryTable& table) {
+    for (const std::string& statement : create_statements(table, db.column_words())) {
+        db.execute(statement);
+    }
+}
+
 // Seeds a table in one transaction, which begins with the first row and not before the question:
 // a person may think about it as long as they like. What leaves this by an exception leaves the
 // transaction open, and closing the connection takes it back.
-TableResult seed_table(const std::shared_ptr<sqlite::SqliteConnection>& db,
-                       const StatutoryTable& table, const SeedOptions& options) {
+void seed_table(Database& db, const StatutoryTable& table, const SeedOptions& options,
+                TableResult& result) {
     InterruptWatch::check();  // one that came too late for the table before
-    TableResult result;
+    const std::shared_ptr<ado::Connection> connection = db.connection();
     std::optional<InterruptWatch> watch;
     std::optional<ProgressBar> progress;
     const auto before_row = [&](std::size_t row) {
         if (row == 0) {
             watch.emplace();
             progress.emplace(std::string(table.topic), table.row_count);
-            db->BeginTrans();
-            result.was_created = !db->table_exists(table.name);
-            if (result.was_created) {
-                db->execute(create_statements(table));
+            connection->BeginTrans();
+            if (!db.table_exists(table.name)) {
+                create_table(db, table);
+                result.was_created = true;
             }
         }
         InterruptWatch::check();
         progress->show(row);
     };
-    const auto counting = std::make_shared<CountingConnection>(db, table.columns, before_row);
+    const auto counting =
+        std::make_shared<CountingConnection>(connection, table.columns, before_row);
     (Akt().*table.seed)(counting, options.ask, options.dialect == "odbc");
     result.was_declined = counting->look_ups() == 0;
     if (!result.was_declined) {
-        db->CommitTrans();
+        connection->CommitTrans();
         result.count = counting->count();
     }
-    return result;
 }
 
 void print_result(const StatutoryTable& table, const TableResult& result) {
@@ -89,9 +95,11 @@ std::string list_of(std::span<const StatutoryTable* const> tables) {
 }
 
 // What a run that stops at a table leaves behind.
-void tell_what_stands(std::span<const StatutoryTable* const> tables, std::size_t stopped_at) {
+void tell_what_stands(std::span<const StatutoryTable* const> tables, std::size_t stopped_at,
+                      bool empty_table_stays) {
     std::cerr << "kvarta16: " << tables[stopped_at]->topic
-              << " is as it was; done before it: " << list_of(tables.subspan(0, stopped_at))
+              << (empty_table_stays ? " has its table, which is empty" : " is as it was")
+              << "; done before it: " << list_of(tables.subspan(0, stopped_at))
               << ". Run it again to complete the rest.\n";
 }
 
@@ -99,23 +107,27 @@ void tell_what_stands(std::span<const StatutoryTable* const> tables, std::size_t
 
 int seed_command(const SeedOptions& options) {
     const std::vector<const StatutoryTable*> tables = chosen_tables(options.tables);
-    const auto db = open_database(options.database, {.create = true});
+    const auto db = open_database(options.database, Use::Filling);
     std::size_t added = 0;
     bool any_seeded = false;
     for (std::size_t i = 0; i < tables.size(); ++i) {
+        TableResult result;
+        const auto tell = [&] {
+            tell_what_stands(tables, i, result.was_created && !db->takes_tables_back());
+        };
         try {
-            const TableResult result = seed_table(db, *tables[i], options);
+            seed_table(*db, *tables[i], options, result);
             print_result(*tables[i], result);
             added += result.count.added;
             any_seeded = any_seeded || !result.was_declined;
         } catch (const Failure& failure) {
             std::cerr << "kvarta16: " << tables[i]->topic << ": error " << failure.number() << ": "
                       << failure.what() << '\n';
-            tell_what_stands(tables, i);
+            tell();
             return exit_failure;
         } catch (const Interrupted&) {
             std::cerr << "kvarta16: interrupted\n";
-            tell_what_stands(tables, i);
+            tell();
             return exit_interrupted;
         }
     }

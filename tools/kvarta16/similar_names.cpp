@@ -6,6 +6,7 @@
 #include <kvarta16/frame/text.h>
 #include <kvarta16/frame/utf8.h>
 
+#include "lookup.h"
 #include "usage_error.h"
 
 namespace kvarta16::tool {
@@ -78,12 +79,14 @@ std::vector<StringView> similar_names(StringView wanted, const std::vector<Strin
 }
 
 const ClassInfo& listed_class(StringView name) {
-    if (const ClassInfo* found = find_class(name)) {
+    if (const ClassInfo* found = find_offered_class(name)) {
         return *found;
     }
     std::vector<StringView> names{u"value"};
-    for (const ClassInfo& info : public_classes()) {
-        names.push_back(info.header.name);
+    for (const std::span<const ClassInfo> classes : {public_classes(), private_classes()}) {
+        for (const ClassInfo& info : classes) {
+            names.push_back(info.header.name);
+        }
     }
     fail_unknown("there is no class \"" + to_utf8(name) + '"', name, names, "kvarta16 catalogue");
 }
