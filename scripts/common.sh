@@ -4,8 +4,12 @@
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
-build_packages=(g++ cmake ninja-build libsqlite3-dev libcli11-dev nlohmann-json3-dev)
-test_packages=("${build_packages[@]}" libgtest-dev libgmock-dev python3 sqlite3)
+build_packages=(g++ cmake ninja-build libsqlite3-dev unixodbc-dev libcli11-dev nlohmann-json3-dev)
+# The servers and their drivers are for the tests of the ODBC adapter, which start them themselves.
+server_packages=(postgresql odbc-postgresql mariadb-server-core mariadb-client-core odbc-mariadb
+    libsqliteodbc)
+test_packages=("${build_packages[@]}" "${server_packages[@]}" libgtest-dev libgmock-dev python3
+    sqlite3)
 
 # A compiler cache is used where there is one; nothing depends on it.
 if [[ -z ${CMAKE_CXX_COMPILER_LAUNCHER:-} ]] && command -v ccache >/dev/null; then
@@ -41,17 +45,25 @@ ensure_packages() {
         as_root=(sudo)
     fi
     printf 'Installing %s\n' "${missing[*]}"
-    local log
+    # No server that a package brings is to begin its service here.
+    local policy=/usr/sbin/policy-rc.d ours=()
+    if [[ ! -e $policy ]]; then
+        printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
+        "${as_root[@]}" chmod 755 "$policy"
+        ours=("$policy")
+    fi
+    local log failed=
     log=$(mktemp)
     if ! { "${as_root[@]}" apt-get -qq update &&
         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
             apt-get -qq install --yes --no-install-recommends "${missing[@]}"; } \
         </dev/null >"$log" 2>&1; then
         cat -- "$log" >&2
-        rm -f -- "$log"
-        fail "could not install: ${missing[*]}"
+        failed=yes
     fi
     rm -f -- "$log"
+    ((${#ours[@]} == 0)) || "${as_root[@]}" rm -f -- "${ours[@]}"
+    [[ -z $failed ]] || fail "could not install: ${missing[*]}"
 }
 
 # Configures a preset into build/PRESET; further arguments are passed to cmake.
