@@ -4,12 +4,14 @@
 
 root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
-build_packages=(g++ cmake ninja-build libsqlite3-dev unixodbc-dev libcli11-dev nlohmann-json3-dev)
-# The servers and their drivers are for the tests of the ODBC adapter, which start them themselves.
+build_packages=(g++ cmake ninja-build libsqlite3-dev unixodbc-dev libcups2-dev libcli11-dev
+    nlohmann-json3-dev)
+# The servers and their drivers are for the tests of the ODBC, CUPS and FTP adapters, which start them
+# themselves.
 server_packages=(postgresql odbc-postgresql mariadb-server-core mariadb-client-core odbc-mariadb
-    libsqliteodbc)
+    libsqliteodbc cups-daemon python3-pyftpdlib proftpd-core)
 test_packages=("${build_packages[@]}" "${server_packages[@]}" libgtest-dev libgmock-dev python3
-    sqlite3)
+    sqlite3 xvfb xterm xdotool x11-xkb-utils)
 
 # A compiler cache is used where there is one; nothing depends on it.
 if [[ -z ${CMAKE_CXX_COMPILER_LAUNCHER:-} ]] && command -v ccache >/dev/null; then

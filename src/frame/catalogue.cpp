@@ -6,15 +6,23 @@
 #include <kvarta16/database/ClsCzyscBazeDAO.h>
 #include <kvarta16/dates/aDaty.h>
 #include <kvarta16/dates/aproste.h>
+#include <kvarta16/files/B_WinWer.h>
+#include <kvarta16/files/CBrowseForFolders.h>
+#include <kvarta16/files/CFileFind.h>
+#include <kvarta16/files/aIO.h>
 #include <kvarta16/frame/amain.h>
 #include <kvarta16/frame/catalogue.h>
+#include <kvarta16/ftp/clsFTP.h>
 #include <kvarta16/hr/Class1.h>
 #include <kvarta16/hr/Kadry.h>
 #include <kvarta16/numbers/ClsSlownie.h>
 #include <kvarta16/numbers/aLiczby.h>
+#include <kvarta16/registry/aregistry.h>
 #include <kvarta16/statutory/Akt.h>
 #include <kvarta16/text/Class3.h>
 #include <kvarta16/text/aChar.h>
+#include <kvarta16/ui/ClsPrint.h>
+#include <kvarta16/ui/amenu.h>
 
 namespace kvarta16 {
 namespace {
@@ -44,55 +52,32 @@ constexpr ClassInfo built() {
     return info;
 }
 
-// A class that has its place and its identifiers and is not built yet.
-constexpr ClassInfo planned(StringView name, Instancing instancing, std::string_view interface_id,
-                            std::string_view class_id, const EventInterface* events = nullptr) {
-    ClassInfo info;
-    info.header = {name, instancing, interface_id, class_id};
-    info.events = events;
-    return info;
-}
-
-constexpr EventInfo transfer_progress{
-    u"FileTransferProgress",
-    2,
-    {Parameter{u"lCurrentBytes", Passing::ByReference, false, {}, TypeName::Long},
-     Parameter{u"lTotalBytes", Passing::ByReference, false, {}, TypeName::Long}}};
-constexpr EventInfo ftp_event_list[] = {transfer_progress};
-constexpr EventInterface ftp_events{u"__clsFTP", ftp_event_list};
-
 constexpr ClassInfo classes[] = {
     built<dsEncrypt>(),
     built<d1enc>(),
     built<aChar>(),
     built<aDaty>(),
-    planned(u"aIO", Instancing::Global, "605D0F3D-4B17-4157-BF8D-BECAB55DABD0",
-            "F024779C-BFDC-438E-ABB1-A47E21D42416"),
+    built<aIO>(),
     built<Kadry>(),
     built<aLiczby>(),
     built<amain>(),
-    planned(u"amenu", Instancing::Global, "67ECFA56-A11A-4E2D-AB52-E783D202F467",
-            "FFA00AA7-8A5A-4B13-A4D1-7CC6E4BF57FE"),
+    built<amenu>(),
     built<aproste>(),
-    planned(u"aregistry", Instancing::Global, "BF30E8AA-ECCD-41D9-88C1-32ABAFD9BA96",
-            "42305B2E-90A7-466A-98A7-DE080FB3E3D7"),
-    planned(u"clsFTP", Instancing::Creatable, "A6D17925-FA46-4C3D-AAA2-D21CCF606A04",
-            "793EF039-40CD-42F9-8444-32C884C0C3C0", &ftp_events),
-    planned(u"ClsPrint", Instancing::Creatable, "5D64C964-C4AE-4E0D-BDE9-4606E9607042",
-            "79EE7936-7692-4DB0-ADB6-747CDFB2C5E7"),
+    built<aregistry>(),
+    built<clsFTP>(),
+    built<ClsPrint>(),
     built<ClsSłownie>(),
     built<Baza>(),
-    planned(u"CBrowseForFolders", Instancing::Global, "C0CFB165-12F5-4A89-8E2A-E3C2F4F5FF01",
-            "E87B1E26-1434-4B79-B56A-26695ECD516D"),
+    built<CBrowseForFolders>(),
     built<Akt>(),
     built<Class1>(),
     built<Class3>(),
-    planned(u"CFileFind", Instancing::Creatable, "3030B6F2-8E69-49C6-A13C-73A79BD6983E",
-            "2417ECAA-85F5-4951-BC09-7A4AF63EC28C"),
+    built<CFileFind>(),
 };
 
 constexpr ClassInfo private_class_list[] = {
     built<ClsCzyśćBazęDAO>(),
+    built<B_WinWer>(),
 };
 
 // The primitives with a plain argument list each: the settings that C++ callers have beside it

@@ -15,6 +15,8 @@
 // of a property are entries of their own.
 #pragma once
 
+#include <functional>
+
 #include <kvarta16/frame/late_bound.h>
 
 namespace kvarta16 {
@@ -32,11 +34,18 @@ struct ClassHeader {
     std::string_view class_id;
 };
 
+// What a late-bound host does at an event of an object. The arguments refer to the variables that
+// the object has raised it with: assigning to one changes what the object goes on with.
+using EventHandler = std::function<void(Arguments& arguments)>;
+
 // The outgoing interface of a class that raises events.
 struct EventInfo {
     StringView name;
     std::size_t parameter_count = 0;
     std::array<Parameter, 4> parameter_array{};
+    // Has `handler` called at each such event of the object, in the place of the handler before; an
+    // empty one ends that.
+    void (*connect)(void* self, EventHandler handler) = nullptr;
 
     [[nodiscard]] constexpr std::span<const Parameter> parameters() const {
         return {parameter_array.data(), parameter_count};
@@ -46,6 +55,52 @@ struct EventInterface {
     StringView name;
     std::span<const EventInfo> events;
 };
+
+namespace detail {
+
+// The handler that a class keeps for an event, as a member of its objects.
+template <class Pointer>
+struct EventSignature;
+template <class C, class... P>
+struct EventSignature<std::function<void(P...)> C::*> {
+    static constexpr std::size_t count = sizeof...(P);
+    static constexpr std::array<TypeName, count> types{type_name_of<std::remove_cvref_t<P>>()...};
+
+    template <std::function<void(P...)> C::*member>
+    static void connect(void* self, EventHandler handler) {
+        std::function<void(P...)>& target = static_cast<C*>(self)->*member;
+        if (!handler) {
+            target = nullptr;
+            return;
+        }
+        target = [handler = std::move(handler)](P... argument) {
+            Arguments arguments{Variant::reference(argument)...};
+            handler(arguments);
+        };
+    }
+};
+
+}  // namespace detail
+
+// An event that a class raises through a handler of its objects, with the names and passing of its
+// parameters in order:
+//
+//   event<&clsFTP::FileTransferProgress>(u"FileTransferProgress", by_reference(u"lCurrentBytes"),
+//                                        by_reference(u"lTotalBytes"))
+template <auto member, std::same_as<Parameter>... N>
+[[nodiscard]] constexpr EventInfo event(StringView name, N... parameters) {
+    using S = detail::EventSignature<decltype(member)>;
+    static_assert(S::count == sizeof...(N), "one name for each parameter");
+    EventInfo info;
+    info.name = name;
+    info.parameter_count = S::count;
+    info.parameter_array = {parameters...};
+    for (std::size_t i = 0; i < S::count; ++i) {
+        info.parameter_array[i].type = S::types[i];
+    }
+    info.connect = &S::template connect<member>;
+    return info;
+}
 
 template <class C>
 struct ClassTable;

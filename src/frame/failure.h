@@ -45,8 +45,8 @@ class Failure : public std::exception {
     std::string what_;
 };
 
-// The text that callers know for one of the library's own numbers; for any other number
-// "Application-defined or object-defined error".
+// The text that callers know for one of the library's own numbers and of those of the platform's
+// file and process calls; for any other number "Application-defined or object-defined error".
 [[nodiscard]] std::u16string_view failure_text(std::int32_t number) noexcept;
 
 // Raises the failure out of line, so that the paths that succeed stay small.

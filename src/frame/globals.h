@@ -11,10 +11,14 @@
 #include <kvarta16/database/Baza.h>
 #include <kvarta16/dates/aDaty.h>
 #include <kvarta16/dates/aproste.h>
+#include <kvarta16/files/CBrowseForFolders.h>
+#include <kvarta16/files/aIO.h>
 #include <kvarta16/hr/Kadry.h>
 #include <kvarta16/numbers/aLiczby.h>
+#include <kvarta16/registry/aregistry.h>
 #include <kvarta16/text/Class3.h>
 #include <kvarta16/text/aChar.h>
+#include <kvarta16/ui/amenu.h>
 
 namespace kvarta16::bare {
 
@@ -408,6 +412,155 @@ decltype(auto) NewMdb(auto&&... arguments) {
 }
 decltype(auto) Sprawdź_bazęDAO(auto&&... arguments) {
     return instance<Baza>().Sprawdź_bazęDAO(std::forward<decltype(arguments)>(arguments)...);
+}
+
+// aIO
+decltype(auto) WithOutDirSep(auto&&... arguments) {
+    return instance<aIO>().WithOutDirSep(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) AddDirSep(auto&&... arguments) {
+    return instance<aIO>().AddDirSep(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) GetWindowsDir(auto&&... arguments) {
+    return instance<aIO>().GetWindowsDir(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) StringFromBuffer(auto&&... arguments) {
+    return instance<aIO>().StringFromBuffer(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) MakeDirChange(auto&&... arguments) {
+    return instance<aIO>().MakeDirChange(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) MakeDir(auto&&... arguments) {
+    return instance<aIO>().MakeDir(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DelFile2(auto&&... arguments) {
+    return instance<aIO>().DelFile2(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DelFile(auto&&... arguments) {
+    return instance<aIO>().DelFile(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) RenameFile(auto&&... arguments) {
+    return instance<aIO>().RenameFile(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) IsFile(auto&&... arguments) {
+    return instance<aIO>().IsFile(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) IsFile_file(auto&&... arguments) {
+    return instance<aIO>().IsFile_file(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) IsDIR(auto&&... arguments) {
+    return instance<aIO>().IsDIR(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BaseName(auto&&... arguments) {
+    return instance<aIO>().BaseName(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BaseName_BezExT(auto&&... arguments) {
+    return instance<aIO>().BaseName_BezExT(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) BaseName_ExT(auto&&... arguments) {
+    return instance<aIO>().BaseName_ExT(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) SeparatePathAndFileName(auto&&... arguments) {
+    return instance<aIO>().SeparatePathAndFileName(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) IsSeparator(auto&&... arguments) {
+    return instance<aIO>().IsSeparator(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) PathStr(auto&&... arguments) {
+    return instance<aIO>().PathStr(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) FileCopy_Fun(auto&&... arguments) {
+    return instance<aIO>().FileCopy_Fun(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) IsFile_open(auto&&... arguments) {
+    return instance<aIO>().IsFile_open(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DoSendKeys(auto&&... arguments) {
+    return instance<aIO>().DoSendKeys(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) GetWinPlatform(auto&&... arguments) {
+    return instance<aIO>().GetWinPlatform(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) SyncShell(auto&&... arguments) {
+    return instance<aIO>().SyncShell(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) pDisplayError_Shell(auto&&... arguments) {
+    return instance<aIO>().pDisplayError_Shell(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Spakuj_i_Skasuj(auto&&... arguments) {
+    return instance<aIO>().Spakuj_i_Skasuj(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Skasuj_po_pakowaniu(auto&&... arguments) {
+    return instance<aIO>().Skasuj_po_pakowaniu(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Zapisz_do_pliku(auto&&... arguments) {
+    return instance<aIO>().Zapisz_do_pliku(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Przerwij(auto&&... arguments) {
+    return instance<aIO>().Przerwij(std::forward<decltype(arguments)>(arguments)...);
+}
+
+// CBrowseForFolders
+decltype(auto) BrowseForFolder(auto&&... arguments) {
+    return instance<CBrowseForFolders>().BrowseForFolder(
+        std::forward<decltype(arguments)>(arguments)...);
+}
+
+// amenu
+decltype(auto) LoadBmp(auto&&... arguments) {
+    return instance<amenu>().LoadBmp(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) SetMenuBmp(auto&&... arguments) {
+    return instance<amenu>().SetMenuBmp(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DeleteMenu(auto&&... arguments) {
+    return instance<amenu>().DeleteMenu(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) AddNewMenu(auto&&... arguments) {
+    return instance<amenu>().AddNewMenu(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) InsertNewSubMenu(auto&&... arguments) {
+    return instance<amenu>().InsertNewSubMenu(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) InsertNewMenu(auto&&... arguments) {
+    return instance<amenu>().InsertNewMenu(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DelMenu(auto&&... arguments) {
+    return instance<amenu>().DelMenu(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) CreateNewMenu(auto&&... arguments) {
+    return instance<amenu>().CreateNewMenu(std::forward<decltype(arguments)>(arguments)...);
+}
+
+// aregistry
+decltype(auto) GetRegistry(auto&&... arguments) {
+    return instance<aregistry>().GetRegistry(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) GetRegistryK(auto&&... arguments) {
+    return instance<aregistry>().GetRegistryK(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) SaveRegistry(auto&&... arguments) {
+    return instance<aregistry>().SaveRegistry(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) SaveRegistryK(auto&&... arguments) {
+    return instance<aregistry>().SaveRegistryK(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) Savekey(auto&&... arguments) {
+    return instance<aregistry>().Savekey(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DeleteKey(auto&&... arguments) {
+    return instance<aregistry>().DeleteKey(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) DeleteValue(auto&&... arguments) {
+    return instance<aregistry>().DeleteValue(std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) SaveRegistryK_do_wersji12(auto&&... arguments) {
+    return instance<aregistry>().SaveRegistryK_do_wersji12(
+        std::forward<decltype(arguments)>(arguments)...);
+}
+decltype(auto) GetRegistryK_do_wersji12(auto&&... arguments) {
+    return instance<aregistry>().GetRegistryK_do_wersji12(
+        std::forward<decltype(arguments)>(arguments)...);
 }
 
 // The property of aChar: the thread's own, to read and to write.

@@ -71,6 +71,83 @@ constexpr auto operation_names = std::to_array<OperationName>({
     {Operation::SleeperSleep, "Sleeper", "Sleep"},
     {Operation::FilesGetAttr, "Files", "GetAttr"},
     {Operation::FilesKill, "Files", "Kill"},
+    {Operation::FilesName, "Files", "Name"},
+    {Operation::FilesMkDir, "Files", "MkDir"},
+    {Operation::FilesChDrive, "Files", "ChDrive"},
+    {Operation::FilesChDir, "Files", "ChDir"},
+    {Operation::FilesFileCopy, "Files", "FileCopy"},
+    {Operation::FilesCurDir, "Files", "CurDir"},
+    {Operation::FindFilesFindFirstFileA, "FindFiles", "FindFirstFileA"},
+    {Operation::FindFilesFindNextFileA, "FindFiles", "FindNextFileA"},
+    {Operation::FindFilesFindClose, "FindFiles", "FindClose"},
+    {Operation::FindFilesGetFullPathNameA, "FindFiles", "GetFullPathNameA"},
+    {Operation::FindFilesGetShortPathNameA, "FindFiles", "GetShortPathNameA"},
+    {Operation::FindFilesFileTimeToLocalFileTime, "FindFiles", "FileTimeToLocalFileTime"},
+    {Operation::FindFilesFileTimeToSystemTime, "FindFiles", "FileTimeToSystemTime"},
+    {Operation::FileTableFreeFile, "FileTable", "FreeFile"},
+    {Operation::FileTableOpen, "FileTable", "Open"},
+    {Operation::FileTableClose, "FileTable", "Close"},
+    {Operation::FileTableLOF, "FileTable", "LOF"},
+    {Operation::FileTablePrintLine, "FileTable", "PrintLine"},
+    {Operation::FileTableInputCharacter, "FileTable", "InputCharacter"},
+    {Operation::FileTableSeek, "FileTable", "Seek"},
+    {Operation::FileTableGet, "FileTable", "Get"},
+    {Operation::FileTablePut, "FileTable", "Put"},
+    {Operation::ProcessesShell, "Processes", "Shell"},
+    {Operation::ProcessesAppActivate, "Processes", "AppActivate"},
+    {Operation::ProcessesSendKeys, "Processes", "SendKeys"},
+    {Operation::MessagesGetInputState, "Messages", "GetInputState"},
+    {Operation::MessagesPeekMessageA, "Messages", "PeekMessageA"},
+    {Operation::MessagesDoEvents, "Messages", "DoEvents"},
+    {Operation::SystemInformationGetVersionExA, "SystemInformation", "GetVersionExA"},
+    {Operation::SystemInformationGetWindowsDirectoryA, "SystemInformation", "GetWindowsDirectoryA"},
+    {Operation::ScreenPutMousePointer, "Screen", "PutMousePointer"},
+    {Operation::FolderDialogsSHBrowseForFolder, "FolderDialogs", "SHBrowseForFolder"},
+    {Operation::FolderDialogsSHGetPathFromIDList, "FolderDialogs", "SHGetPathFromIDList"},
+    {Operation::FolderDialogsSendMessageA, "FolderDialogs", "SendMessageA"},
+    {Operation::FolderDialogsBeep, "FolderDialogs", "Beep"},
+    {Operation::InternetInternetOpenA, "Internet", "InternetOpenA"},
+    {Operation::InternetInternetConnectA, "Internet", "InternetConnectA"},
+    {Operation::InternetInternetCloseHandle, "Internet", "InternetCloseHandle"},
+    {Operation::InternetFtpPutFileA, "Internet", "FtpPutFileA"},
+    {Operation::InternetFtpGetFileA, "Internet", "FtpGetFileA"},
+    {Operation::InternetFtpOpenFileA, "Internet", "FtpOpenFileA"},
+    {Operation::InternetInternetReadFile, "Internet", "InternetReadFile"},
+    {Operation::InternetInternetWriteFile, "Internet", "InternetWriteFile"},
+    {Operation::InternetFtpFindFirstFileA, "Internet", "FtpFindFirstFileA"},
+    {Operation::InternetInternetFindNextFileA, "Internet", "InternetFindNextFileA"},
+    {Operation::InternetFtpGetCurrentDirectoryA, "Internet", "FtpGetCurrentDirectoryA"},
+    {Operation::InternetFtpSetCurrentDirectoryA, "Internet", "FtpSetCurrentDirectoryA"},
+    {Operation::InternetFtpCreateDirectoryA, "Internet", "FtpCreateDirectoryA"},
+    {Operation::InternetFtpRemoveDirectoryA, "Internet", "FtpRemoveDirectoryA"},
+    {Operation::InternetFtpDeleteFileA, "Internet", "FtpDeleteFileA"},
+    {Operation::InternetFtpRenameFileA, "Internet", "FtpRenameFileA"},
+    {Operation::InternetInternetGetLastResponseInfoA, "Internet", "InternetGetLastResponseInfoA"},
+    {Operation::RegistryRegOpenKeyA, "Registry", "RegOpenKeyA"},
+    {Operation::RegistryRegCreateKeyA, "Registry", "RegCreateKeyA"},
+    {Operation::RegistryRegQueryValueExA, "Registry", "RegQueryValueExA"},
+    {Operation::RegistryRegSetValueExA, "Registry", "RegSetValueExA"},
+    {Operation::RegistryRegCloseKey, "Registry", "RegCloseKey"},
+    {Operation::RegistryRegDeleteKeyA, "Registry", "RegDeleteKeyA"},
+    {Operation::RegistryRegDeleteValueA, "Registry", "RegDeleteValueA"},
+    {Operation::MenusGetMenu, "Menus", "GetMenu"},
+    {Operation::MenusGetSubMenu, "Menus", "GetSubMenu"},
+    {Operation::MenusSetMenuItemBitmaps, "Menus", "SetMenuItemBitmaps"},
+    {Operation::MenusRemoveMenu, "Menus", "RemoveMenu"},
+    {Operation::MenusCreatePopupMenu, "Menus", "CreatePopupMenu"},
+    {Operation::MenusCreateMenu, "Menus", "CreateMenu"},
+    {Operation::MenusAppendMenuA, "Menus", "AppendMenuA"},
+    {Operation::MenusInsertMenuA, "Menus", "InsertMenuA"},
+    {Operation::MenusDestroyMenu, "Menus", "DestroyMenu"},
+    {Operation::MenusDrawMenuBar, "Menus", "DrawMenuBar"},
+    {Operation::MenusLoadImageA, "Menus", "LoadImageA"},
+    {Operation::SpoolerOpenPrinterA, "Spooler", "OpenPrinterA"},
+    {Operation::SpoolerStartDocPrinterA, "Spooler", "StartDocPrinterA"},
+    {Operation::SpoolerStartPagePrinter, "Spooler", "StartPagePrinter"},
+    {Operation::SpoolerWritePrinter, "Spooler", "WritePrinter"},
+    {Operation::SpoolerEndPagePrinter, "Spooler", "EndPagePrinter"},
+    {Operation::SpoolerEndDocPrinter, "Spooler", "EndDocPrinter"},
+    {Operation::SpoolerClosePrinter, "Spooler", "ClosePrinter"},
     {Operation::EngineCreateDatabase, "DBEngine", "CreateDatabase"},
     {Operation::EngineOpenDatabase, "DBEngine", "OpenDatabase"},
     {Operation::DatabaseTableDefs, "Database", "TableDefs"},
@@ -331,24 +408,6 @@ class FaultingEngine final : public dao::ForwardingEngine {
     Plan plan_;
 };
 
-class FaultingFiles final : public ForwardingFiles {
-  public:
-    FaultingFiles(Files& target, Plan plan) noexcept
-        : ForwardingFiles(target), plan_(std::move(plan)) {}
-
-    Long GetAttr(StringView path) override {
-        plan_->count_call(Operation::FilesGetAttr);
-        return ForwardingFiles::GetAttr(path);
-    }
-    void Kill(StringView path) override {
-        plan_->count_call(Operation::FilesKill);
-        ForwardingFiles::Kill(path);
-    }
-
-  private:
-    Plan plan_;
-};
-
 class FaultingBoxes final : public ForwardingBoxes {
   public:
     FaultingBoxes(MessageBoxes& target, Plan plan) noexcept
@@ -406,6 +465,12 @@ void FaultPlan::fail_at(std::string_view operation, Long n, FaultSpan span, Long
 }
 
 void FaultPlan::count_call(Operation operation) {
+    if (const std::optional<Long> due = fault_due(operation)) {
+        throw Failure(*due);
+    }
+}
+
+std::optional<Long> FaultPlan::fault_due(Operation operation) {
     std::optional<Long> due;
     for (Fault& fault : faults_) {
         if (std::ranges::find(fault.operations, operation) == fault.operations.end()) {
@@ -420,10 +485,8 @@ void FaultPlan::count_call(Operation operation) {
         due = due.value_or(fault.number);
     }
     std::erase_if(faults_, [](const Fault& fault) { return fault.calls_left == 0; });
-    if (due.has_value()) {
-        ++failed_calls_;
-        throw Failure(*due);
-    }
+    failed_calls_ += due.has_value() ? 1 : 0;
+    return due;
 }
 
 std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
@@ -442,10 +505,6 @@ std::shared_ptr<dao::Database> faulting(std::shared_ptr<dao::Database> target,
 
 std::unique_ptr<dao::DBEngine> faulting(dao::DBEngine& target, std::shared_ptr<FaultPlan> plan) {
     return std::make_unique<FaultingEngine>(target, std::move(plan));
-}
-
-std::unique_ptr<Files> faulting(Files& target, std::shared_ptr<FaultPlan> plan) {
-    return std::make_unique<FaultingFiles>(target, std::move(plan));
 }
 
 std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target, std::shared_ptr<FaultPlan> plan) {

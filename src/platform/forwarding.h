@@ -31,7 +31,7 @@
 #include <kvarta16/platform/ado.h>
 #include <kvarta16/platform/clock.h>
 #include <kvarta16/platform/dao.h>
-#include <kvarta16/platform/files.h>
+#include <kvarta16/platform/forwarding_system.h>
 #include <kvarta16/platform/message_box.h>
 
 namespace kvarta16 {
@@ -68,18 +68,6 @@ class ForwardingSleeper : public Sleeper {
 
   private:
     Sleeper* target_;
-};
-
-// `target` must outlive the wrapper.
-class ForwardingFiles : public Files {
-  public:
-    explicit ForwardingFiles(Files& target) noexcept : target_(&target) {}
-    Long GetAttr(StringView path) override { return target_->GetAttr(path); }
-    void Kill(StringView path) override { target_->Kill(path); }
-    std::string native_path(StringView path) override { return target_->native_path(path); }
-
-  private:
-    Files* target_;
 };
 
 namespace ado {
@@ -236,6 +224,83 @@ enum class Operation : std::uint8_t {
     SleeperSleep,
     FilesGetAttr,
     FilesKill,
+    FilesName,
+    FilesMkDir,
+    FilesChDrive,
+    FilesChDir,
+    FilesFileCopy,
+    FilesCurDir,
+    FindFilesFindFirstFileA,
+    FindFilesFindNextFileA,
+    FindFilesFindClose,
+    FindFilesGetFullPathNameA,
+    FindFilesGetShortPathNameA,
+    FindFilesFileTimeToLocalFileTime,
+    FindFilesFileTimeToSystemTime,
+    FileTableFreeFile,
+    FileTableOpen,
+    FileTableClose,
+    FileTableLOF,
+    FileTablePrintLine,
+    FileTableInputCharacter,
+    FileTableSeek,
+    FileTableGet,
+    FileTablePut,
+    ProcessesShell,
+    ProcessesAppActivate,
+    ProcessesSendKeys,
+    MessagesGetInputState,
+    MessagesPeekMessageA,
+    MessagesDoEvents,
+    SystemInformationGetVersionExA,
+    SystemInformationGetWindowsDirectoryA,
+    ScreenPutMousePointer,
+    FolderDialogsSHBrowseForFolder,
+    FolderDialogsSHGetPathFromIDList,
+    FolderDialogsSendMessageA,
+    FolderDialogsBeep,
+    InternetInternetOpenA,
+    InternetInternetConnectA,
+    InternetInternetCloseHandle,
+    InternetFtpPutFileA,
+    InternetFtpGetFileA,
+    InternetFtpOpenFileA,
+    InternetInternetReadFile,
+    InternetInternetWriteFile,
+    InternetFtpFindFirstFileA,
+    InternetInternetFindNextFileA,
+    InternetFtpGetCurrentDirectoryA,
+    InternetFtpSetCurrentDirectoryA,
+    InternetFtpCreateDirectoryA,
+    InternetFtpRemoveDirectoryA,
+    InternetFtpDeleteFileA,
+    InternetFtpRenameFileA,
+    InternetInternetGetLastResponseInfoA,
+    RegistryRegOpenKeyA,
+    RegistryRegCreateKeyA,
+    RegistryRegQueryValueExA,
+    RegistryRegSetValueExA,
+    RegistryRegCloseKey,
+    RegistryRegDeleteKeyA,
+    RegistryRegDeleteValueA,
+    MenusGetMenu,
+    MenusGetSubMenu,
+    MenusSetMenuItemBitmaps,
+    MenusRemoveMenu,
+    MenusCreatePopupMenu,
+    MenusCreateMenu,
+    MenusAppendMenuA,
+    MenusInsertMenuA,
+    MenusDestroyMenu,
+    MenusDrawMenuBar,
+    MenusLoadImageA,
+    SpoolerOpenPrinterA,
+    SpoolerStartDocPrinterA,
+    SpoolerStartPagePrinter,
+    SpoolerWritePrinter,
+    SpoolerEndPagePrinter,
+    SpoolerEndDocPrinter,
+    SpoolerClosePrinter,
     EngineCreateDatabase,
     EngineOpenDatabase,
     DatabaseTableDefs,
@@ -274,6 +339,10 @@ class FaultPlan {
     // Called before an operation is passed on. Fails with the number of the fault that falls due.
     void count_call(Operation operation);
 
+    // The same for an operation that answers by a number and raises nothing: the number of the
+    // fault that falls due, if one does.
+    [[nodiscard]] std::optional<Long> fault_due(Operation operation);
+
   private:
     struct Fault {
         std::vector<Operation> operations;  // all that bear the name asked for
@@ -287,9 +356,11 @@ class FaultPlan {
 };
 
 // The same object with the faults of `plan` before each operation: one that is to fail is not
-// passed on. What comes from the object is covered too: the recordsets of a connection and their
-// fields, the databases of an engine with their tables and fields. A connection that is also a
-// dao::Database stays one. `target` must outlive the result.
+// passed on. An operation that raises nothing answers as where it cannot serve, with the number of
+// the fault in GetLastError where the seam has that and as its status where it answers by one. What
+// comes from the object is covered too: the recordsets of a connection and their fields, the
+// databases of an engine with their tables and fields. A connection that is also a dao::Database
+// stays one. `target` must outlive the result.
 [[nodiscard]] std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
                                                         std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target,
@@ -297,6 +368,22 @@ class FaultPlan {
 [[nodiscard]] std::unique_ptr<Clock> faulting(Clock& target, std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<Sleeper> faulting(Sleeper& target, std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<Files> faulting(Files& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<FindFiles> faulting(FindFiles& target,
+                                                  std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<FileTable> faulting(FileTable& target,
+                                                  std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Processes> faulting(Processes& target,
+                                                  std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Messages> faulting(Messages& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<SystemInformation> faulting(SystemInformation& target,
+                                                          std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Screen> faulting(Screen& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<FolderDialogs> faulting(FolderDialogs& target,
+                                                      std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Internet> faulting(Internet& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Registry> faulting(Registry& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Menus> faulting(Menus& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] std::unique_ptr<Spooler> faulting(Spooler& target, std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::unique_ptr<dao::DBEngine> faulting(dao::DBEngine& target,
                                                       std::shared_ptr<FaultPlan> plan);
 [[nodiscard]] std::shared_ptr<dao::Database> faulting(std::shared_ptr<dao::Database> target,

@@ -24,6 +24,18 @@ struct Platform {
     // Shared by all that a thread does with database files. An engine that is bound to its thread
     // makes one per thread at the first use and keeps it until the thread ends.
     dao::DBEngine* db_engine = &unavailable_db_engine();
+    FindFiles* find_files = &unavailable_find_files();
+    // One for the whole process, whichever set is in force.
+    FileTable* file_table = &unavailable_file_table();
+    Processes* processes = &unavailable_processes();
+    Messages* messages = &unavailable_messages();
+    SystemInformation* system_information = &unavailable_system_information();
+    Screen* screen = &unavailable_screen();
+    FolderDialogs* folder_dialogs = &unavailable_folder_dialogs();
+    Internet* internet = &unavailable_internet();
+    Registry* registry = &unavailable_registry();
+    Menus* menus = &unavailable_menus();
+    Spooler* spooler = &unavailable_spooler();
 };
 
 // The set in force on the calling thread.

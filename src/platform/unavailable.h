@@ -3,7 +3,18 @@
 #pragma once
 
 #include <kvarta16/platform/dao.h>
+#include <kvarta16/platform/file_table.h>
 #include <kvarta16/platform/files.h>
+#include <kvarta16/platform/find_files.h>
+#include <kvarta16/platform/folder_dialog.h>
+#include <kvarta16/platform/internet.h>
+#include <kvarta16/platform/menus.h>
+#include <kvarta16/platform/messages.h>
+#include <kvarta16/platform/processes.h>
+#include <kvarta16/platform/registry.h>
+#include <kvarta16/platform/screen.h>
+#include <kvarta16/platform/spooler.h>
+#include <kvarta16/platform/system_information.h>
 
 namespace kvarta16 {
 
@@ -12,5 +23,38 @@ namespace kvarta16 {
 
 // No engine is installed (429).
 [[nodiscard]] dao::DBEngine& unavailable_db_engine() noexcept;
+
+// Nothing is found, no path has a full or a short form, no time is one.
+[[nodiscard]] FindFiles& unavailable_find_files() noexcept;
+
+// No file can be opened (53); no number is open.
+[[nodiscard]] FileTable& unavailable_file_table() noexcept;
+
+// There is no program (53), no window and nothing that takes keys (5).
+[[nodiscard]] Processes& unavailable_processes() noexcept;
+
+// No message waits; the pump has nothing to run.
+[[nodiscard]] Messages& unavailable_messages() noexcept;
+
+// No version record and no system directory.
+[[nodiscard]] SystemInformation& unavailable_system_information() noexcept;
+
+// No screen: there is no pointer to change.
+[[nodiscard]] Screen& unavailable_screen() noexcept;
+
+// Nobody can be asked: a cancel.
+[[nodiscard]] FolderDialogs& unavailable_folder_dialogs() noexcept;
+
+// No session and no connection can be had (12029).
+[[nodiscard]] Internet& unavailable_internet() noexcept;
+
+// No key can be opened (5).
+[[nodiscard]] Registry& unavailable_registry() noexcept;
+
+// No window has a menu, and none can be made.
+[[nodiscard]] Menus& unavailable_menus() noexcept;
+
+// There is no printer.
+[[nodiscard]] Spooler& unavailable_spooler() noexcept;
 
 }  // namespace kvarta16

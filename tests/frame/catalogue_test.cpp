@@ -74,7 +74,7 @@ TEST(Catalogue, KeepsThePrivateClassesApart) {
             EXPECT_EQ(info.find(member.name, member.kind), &member);
         }
     }
-    EXPECT_EQ(names, std::vector<String>{u"ClsCzyśćBazęDAO"});
+    EXPECT_EQ(names, (std::vector<String>{u"ClsCzyśćBazęDAO", u"B_WinWer"}));
 }
 
 TEST(Catalogue, TellsTheOneEventInterface) {
@@ -92,6 +92,12 @@ TEST(Catalogue, TellsTheOneEventInterface) {
         ASSERT_EQ(event.parameters().size(), 2u);
         EXPECT_EQ(event.parameters()[0].name, u"lCurrentBytes");
         EXPECT_EQ(event.parameters()[1].name, u"lTotalBytes");
+        for (const Parameter& parameter : event.parameters()) {
+            EXPECT_EQ(parameter.type, TypeName::Long);
+            EXPECT_EQ(parameter.passing, Passing::ByReference);
+            EXPECT_FALSE(parameter.is_optional);
+        }
+        EXPECT_NE(event.connect, nullptr);
     }
 }
 

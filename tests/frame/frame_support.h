@@ -432,10 +432,11 @@ inline std::vector<Variant> one_of_each_subtype() {
 // A case takes some twenty times as long under a sanitizer, which looks at other things than
 // figures.
 #ifdef __SANITIZE_ADDRESS__
-inline constexpr int random_cases = 20'000;
+inline constexpr bool is_sanitized = true;
 #else
-inline constexpr int random_cases = 200'000;
+inline constexpr bool is_sanitized = false;
 #endif
+inline constexpr int random_cases = is_sanitized ? 20'000 : 200'000;
 
 class Random {
   public:

@@ -13,17 +13,16 @@
 #include <kvarta16/frame/utf8.h>
 #include <kvarta16/frame/value.h>
 #include <kvarta16/platform/ado.h>
-#include <kvarta16/platform/files.h>
+#include <kvarta16/platform/forwarding_system.h>
 #include <kvarta16/platform/sqlite/sqlite_connection.h>
 #include <kvarta16/platform/sqlite/sqlite_engine.h>
 
 namespace kvarta16::testing_support {
 
 // Paths are taken as they are; "" and "?" are none.
-class PlainPaths final : public Files {
+class PlainPaths final : public ForwardingFiles {
   public:
-    Long GetAttr(StringView) override { fail(error::file_not_found); }
-    void Kill(StringView) override { fail(error::file_not_found); }
+    PlainPaths() noexcept : ForwardingFiles(unavailable_files()) {}
     std::string native_path(StringView path) override {
         if (path.empty() || path == u"?") {
             throw Failure(error::bad_file_name, u"Bad file name");

@@ -1,6 +1,6 @@
 // Files and a DAO engine without a disk. Both write down every call with its arguments in one log;
 // the engine holds databases of tables and fields, no rows, and runs no statement: what a statement
-// does is the test's business.
+// does is the test's business. The files that are open under numbers stand in fake_files.h.
 //
 //   MemoryDisk disk;
 //   disk.add_database(u"C:\\firma.mdb").add_table(u"towary", {{u"cena", dao::dbCurrency}});
@@ -18,6 +18,7 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -85,17 +86,34 @@ class MemoryDisk {
         Long attributes = file_attribute::archive;
         bool is_held = false;  // cannot be deleted
         std::shared_ptr<MemoryMdb> database;
+        std::string contents;  // bytes
     };
 
     MemoryDisk() : log(state_->log), statements(state_->statements) {}
 
-    // Entries are found in any case.
-    Entry& add(StringView path) { return state_->entries[upper_case(path)] = Entry(); }
+    // Entries are found in any case, by either separator, by one that is doubled inside a path and
+    // by one at its end. Folders need not be added for the files in them; what makes a new name
+    // asks for its folder.
+    Entry& add(StringView path) { return state_->entries[key_of(path)] = Entry(); }
+    Entry& add(StringView path, std::string contents) {
+        Entry& entry = add(path);
+        entry.contents = std::move(contents);
+        return entry;
+    }
+    Entry& add_folder(StringView path) {
+        Entry& entry = add(path);
+        entry.attributes = file_attribute::directory;
+        return entry;
+    }
     MemoryMdb& add_database(StringView path) {
         return *(add(path).database = std::make_shared<MemoryMdb>());
     }
     [[nodiscard]] Entry* find(StringView path) const { return state_->find(path); }
-    void remove(StringView path) { state_->entries.erase(upper_case(path)); }
+    void remove(StringView path) { state_->entries.erase(key_of(path)); }
+
+    // Where relative paths lie for the process; the fakes themselves take paths as they are given.
+    [[nodiscard]] String current_directory() const { return state_->current_directory(); }
+    void set_current_directory(StringView path) { state_->set_current_directory(path); }
 
     [[nodiscard]] std::size_t calls(std::string_view text) const {
         return static_cast<std::size_t>(std::ranges::count_if(
@@ -107,23 +125,61 @@ class MemoryDisk {
 
   private:
     friend class MemoryFiles;
+    friend class MemoryFileTable;
     friend class MemoryEngine;
     friend class MemoryDatabase;
     friend class MemoryTableDef;
     friend class MemoryFields;
     friend class MemoryField;
 
+    static String key_of(StringView path) {
+        String key = upper_case(path);
+        std::ranges::replace(key, u'/', u'\\');
+        for (std::size_t at = key.find(u"\\\\", 1); at != String::npos;
+             at = key.find(u"\\\\", at)) {
+            key.erase(at, 1);
+        }
+        if (key.ends_with(u'\\') && key.size() > 1 && !key.ends_with(u":\\")) {
+            key.pop_back();
+        }
+        return key;
+    }
+
     // Shared with the databases that are open: a host may hold one for longer than a test lasts.
     struct State {
         std::map<String, Entry> entries;
+        std::multiset<String> open_files;  // keys, one for each number
         std::vector<std::string> log;
         std::vector<String> statements;
         std::function<void(StringView)> on_execute = [](StringView) {};
         int open_databases = 0;
+        char16_t current_drive = u'C';
+        std::map<char16_t, String> directories{{u'C', u"C:\\"}};  // the current one of each drive
 
         Entry* find(StringView path) {
-            const auto found = entries.find(upper_case(path));
+            const auto found = entries.find(key_of(path));
             return found == entries.end() ? nullptr : &found->second;
+        }
+        // Roots and the current directory are folders; the others are those that stand here.
+        bool is_folder(StringView path) {
+            const String key = key_of(path);
+            if (key.empty() || key == u"\\" || key.ends_with(u':') || key.ends_with(u":\\")) {
+                return true;
+            }
+            const Entry* entry = find(key);
+            return entry != nullptr && (entry->attributes & file_attribute::directory) != 0;
+        }
+        bool has_folder_above(StringView path) {
+            const String key = key_of(path);
+            const std::size_t separator = key.rfind(u'\\');
+            return separator == String::npos || is_folder(key.substr(0, separator));
+        }
+        [[nodiscard]] String current_directory() const { return directories.at(current_drive); }
+        void set_current_directory(StringView path) {
+            if (path.size() >= 2 && path[1] == u':') {
+                current_drive = upper_case(path[0]);
+            }
+            directories[current_drive] = String(path);
         }
     };
     std::shared_ptr<State> state_ = std::make_shared<State>();
@@ -133,29 +189,131 @@ class MemoryDisk {
     std::vector<String>& statements;  // that were executed, in order
 };
 
+// Whether a name matches a pattern of "*" and "?", both in upper case; "*.*" matches every name.
+[[nodiscard]] inline bool matches_pattern(StringView name, StringView pattern) {
+    if (pattern.empty() || pattern == u"*.*") {
+        return name.empty() == pattern.empty();
+    }
+    if (pattern[0] == u'*') {
+        return matches_pattern(name, pattern.substr(1)) ||
+               (!name.empty() && matches_pattern(name.substr(1), pattern));
+    }
+    return !name.empty() && (pattern[0] == u'?' || pattern[0] == name[0]) &&
+           matches_pattern(name.substr(1), pattern.substr(1));
+}
+
 class MemoryFiles final : public Files {
   public:
     explicit MemoryFiles(MemoryDisk& disk) : state_(disk.state_) {}
 
     Long GetAttr(StringView path) override { return begin("GetAttr", path).attributes; }
     void Kill(StringView path) override {
-        const MemoryDisk::Entry& entry = begin("Kill", path);
-        const Long refused = file_attribute::directory | file_attribute::read_only;
-        if (entry.is_held || (entry.attributes & refused) != 0) {
-            throw Failure(error::file_access, u"Path/File access error");
+        if (path.find_first_of(u"*?") != StringView::npos) {
+            kill_matching(path);
+            return;
         }
-        state_->entries.erase(upper_case(path));
+        check_removable(begin("Kill", path), path);
+        state_->entries.erase(MemoryDisk::key_of(path));
+    }
+    void Name(StringView old_path, StringView new_path) override {
+        const MemoryDisk::Entry& entry = begin("Name", old_path, new_path);
+        refuse(state_->find(new_path) != nullptr, error::file_exists);
+        refuse(!state_->has_folder_above(new_path), error::path_not_found);
+        refuse(entry.is_held, error::file_access);
+        refuse(is_open(old_path), error::permission_denied);
+        auto moved = state_->entries.extract(MemoryDisk::key_of(old_path));
+        moved.key() = MemoryDisk::key_of(new_path);
+        state_->entries.insert(std::move(moved));
+    }
+    void MkDir(StringView path) override {
+        write_down("MkDir", path);
+        refuse(path.empty(), error::path_not_found);
+        refuse(state_->find(path) != nullptr, error::file_access);
+        refuse(!state_->has_folder_above(path), error::path_not_found);
+        state_->entries[MemoryDisk::key_of(path)].attributes = file_attribute::directory;
+    }
+    void ChDrive(StringView path) override {
+        constexpr Long device_unavailable = 68;
+        write_down("ChDrive", path);
+        if (path.empty()) {
+            return;
+        }
+        const char16_t drive = upper_case(path[0]);
+        refuse(drive < u'A' || drive > u'Z', error::invalid_call);
+        refuse(!state_->directories.contains(drive), device_unavailable);
+        state_->current_drive = drive;
+    }
+    void ChDir(StringView path) override {
+        write_down("ChDir", path);
+        refuse(path.empty() || !state_->is_folder(path), error::path_not_found);
+        const bool has_drive = path.size() >= 2 && path[1] == u':';
+        const char16_t drive = has_drive ? upper_case(path[0]) : state_->current_drive;
+        state_->directories[drive] = String(path);
+    }
+    void FileCopy(StringView source, StringView target) override {
+        const MemoryDisk::Entry& entry = begin("FileCopy", source, target);
+        refuse(is_open(source) || is_open(target), error::permission_denied);
+        refuse(is_folder(source) || is_folder(target), error::file_access);
+        refuse(!state_->has_folder_above(target), error::path_not_found);
+        state_->entries[MemoryDisk::key_of(target)] = MemoryDisk::Entry(entry);
+    }
+    String CurDir() override {
+        state_->log.emplace_back("CurDir");
+        return state_->current_directory();
     }
     std::string native_path(StringView path) override { return to_utf8(path); }
 
   private:
-    MemoryDisk::Entry& begin(const std::string& call, StringView path) {
-        state_->log.push_back(call + "(" + to_utf8(path) + ")");
-        MemoryDisk::Entry* entry = state_->find(path);
-        if (entry == nullptr) {
-            throw Failure(error::file_not_found, u"File not found");
+    static void refuse(bool is_refused, Long number) {
+        if (is_refused) {
+            throw Failure(number);
         }
+    }
+    void write_down(const std::string& call, StringView path) {
+        state_->log.push_back(call + "(" + to_utf8(path) + ")");
+    }
+    MemoryDisk::Entry& begin(const std::string& call, StringView path) {
+        write_down(call, path);
+        MemoryDisk::Entry* entry = state_->find(path);
+        refuse(entry == nullptr, error::file_not_found);
         return *entry;
+    }
+    MemoryDisk::Entry& begin(const std::string& call, StringView path, StringView other) {
+        state_->log.push_back(call + "(" + to_utf8(path) + "; " + to_utf8(other) + ")");
+        MemoryDisk::Entry* entry = state_->find(path);
+        refuse(entry == nullptr, error::file_not_found);
+        return *entry;
+    }
+    bool is_open(StringView path) { return state_->open_files.contains(MemoryDisk::key_of(path)); }
+    bool is_folder(StringView path) {
+        return state_->find(path) != nullptr && state_->is_folder(path);
+    }
+    void check_removable(const MemoryDisk::Entry& entry, StringView path) {
+        constexpr Long refused = file_attribute::directory | file_attribute::read_only;
+        refuse(entry.is_held || (entry.attributes & refused) != 0, error::file_access);
+        refuse(is_open(path), error::permission_denied);
+    }
+    // Files alone, in the order of their names.
+    void kill_matching(StringView path) {
+        write_down("Kill", path);
+        const String pattern = MemoryDisk::key_of(path);
+        const std::size_t name_at = pattern.rfind(u'\\') + 1;
+        std::vector<String> matched;
+        for (const auto& [key, entry] : state_->entries) {
+            const bool is_here =
+                key.rfind(u'\\') + 1 == name_at &&
+                StringView(key).substr(0, name_at) == StringView(pattern).substr(0, name_at);
+            if (is_here && (entry.attributes & file_attribute::directory) == 0 &&
+                matches_pattern(StringView(key).substr(name_at),
+                                StringView(pattern).substr(name_at))) {
+                matched.push_back(key);
+            }
+        }
+        refuse(matched.empty(), error::file_not_found);
+        for (const String& key : matched) {
+            check_removable(*state_->find(key), key);
+            state_->entries.erase(key);
+        }
     }
 
     std::shared_ptr<MemoryDisk::State> state_;
@@ -319,7 +477,7 @@ class MemoryEngine final : public dao::DBEngine {
         }
         const auto contents = std::make_shared<MemoryMdb>();
         contents->locale = String(locale);
-        state_->entries[upper_case(name)].database = contents;
+        state_->entries[MemoryDisk::key_of(name)].database = contents;
         return std::make_shared<MemoryDatabase>(state_, contents);
     }
     std::shared_ptr<dao::Database> OpenDatabase(StringView name) override {

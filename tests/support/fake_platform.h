@@ -1,5 +1,6 @@
 // A platform that nobody sits in front of: boxes with answers prepared by the test, a clock that
-// stands where it is set, pauses that are only written down, files and databases in memory.
+// stands where it is set, pauses that are only written down, files and databases in memory, and the
+// system around the files as the test has prepared it.
 //
 //   FakePlatform fake;
 //   fake.boxes.answers = {MsgBoxResult::Yes};
@@ -12,6 +13,10 @@
 #include <vector>
 
 #include <support/fake_dao.h>
+#include <support/fake_files.h>
+#include <support/fake_internet.h>
+#include <support/fake_registry.h>
+#include <support/fake_ui.h>
 
 #include <kvarta16/platform/platform.h>
 
@@ -67,7 +72,21 @@ struct FakePlatform {
     MemoryDisk disk;
     MemoryFiles files{disk};
     MemoryEngine engine{disk};
-    Platform operations{&boxes, &clock, &sleeper, &files, &engine};
+    MemoryFindFiles find_files;
+    MemoryFileTable file_table{disk};
+    FakeProcesses processes;
+    FakeMessages messages;
+    FakeSystemInformation system_information;
+    FakeScreen screen;
+    FakeFolderDialogs folder_dialogs;
+    FakeInternet internet{disk};
+    FakeRegistry registry;
+    RecordingMenus menus;
+    RecordingSpooler spooler;
+    Platform operations{&boxes,      &clock,          &sleeper,   &files,    &engine,
+                        &find_files, &file_table,     &processes, &messages, &system_information,
+                        &screen,     &folder_dialogs, &internet,  &registry, &menus,
+                        &spooler};
     ScopedPlatform scope{operations};
 };
 

@@ -154,12 +154,18 @@ TEST_F(RpcDatabase, BoxesOfACallThatFailsAreTold) {
 
 TEST(RpcBoxes, WrongAnswersAreRefusedAndNoneIsQueued) {
     RpcClient rpc;
-    for (const std::string params : {R"([["yes","maybe"]])", R"([["yes",1]])", R"([["Yes"]])",
-                                     R"(["yes"])", "[]", "", R"([["yes"],["no"]])", "[null]"}) {
+    for (const std::string params : {R"([["yes","maybe"]])", R"([["yes",1]])", R"([["Yes"]])", "[]",
+                                     "", R"([["yes"],["no"]])", "[null]"}) {
         EXPECT_EQ(-32602, rpc.code("host.answers", params)) << params;
     }
     EXPECT_EQ(empty, rpc.value("host.answers", "[[]]"));
     EXPECT_EQ("ok", rpc.result("aLiczby.Zaokr", "[5]")["boxes"][0]["answer"]);
+}
+
+TEST_F(RpcDatabase, AnswersMayBeTheParamsThemselves) {
+    EXPECT_EQ(empty, rpc.value("host.answers", R"(["cancel","yes"])"));
+    EXPECT_EQ("cancel", rpc.result(run, R"([{"Object":1},true,true])")["boxes"][0]["answer"]);
+    EXPECT_EQ("yes", rpc.result(run, R"([{"Object":1},true,true])")["boxes"][0]["answer"]);
 }
 
 // ---- Databases ------------------------------------------------------------------------------

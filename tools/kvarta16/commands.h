@@ -32,6 +32,28 @@ int db_widen_command(const MaintenanceOptions& options);
 int db_exec_command(const std::string& file, const std::string& sql);
 int db_show_command(const std::string& file, const std::optional<std::string>& table);
 
+// What a path with wildcards matches; the status is 1 where it is nothing.
+int find_command(const std::string& pattern);
+
+// Files on an FTP server, by an address of ftp_url.h. The status is 130 where Ctrl-C has ended a
+// transfer.
+enum class FtpAction : unsigned char { DeleteFile, MakeDirectory, RemoveDirectory, Rename };
+struct FtpOptions {
+    std::string url;
+    std::string local;     // "" for the remote name in the current directory
+    std::string new_name;  // of a rename
+    FtpAction action = FtpAction::DeleteFile;
+    bool active = false;  // this side opens the ports for data
+};
+int ftp_list_command(const FtpOptions& options);
+int ftp_get_command(const FtpOptions& options);
+int ftp_put_command(const FtpOptions& options);
+int ftp_remote_command(const FtpOptions& options);
+
+// What of the platform is there, with what, and how to get the rest; `language` is "pl" or "en", the
+// environment's if not given.
+int doctor_command(const std::optional<std::string>& language);
+
 // In these, `language` is "pl" or "en"; the environment's if not given.
 
 // What kind of day a date is.
@@ -50,6 +72,25 @@ struct RatesOptions {
     std::optional<std::string> language;  // "pl" or "en"; the environment's if not given
 };
 int rates_command(const RatesOptions& options);
+
+// Sends a file to a printer as it is, byte by byte.
+struct PrintOptions {
+    std::string file;
+    std::string printer;
+    std::string application;  // what stands before the file's name in the job's
+};
+int print_command(const PrintOptions& options);
+
+// The printers of the print server; the status is 1 where there are none.
+int printers_command();
+
+// Settings in the registry; a key is written HKCU\Software\ZEVO, the name "" is the default value.
+int registry_get_command(const std::string& key, const std::string& name);
+int registry_set_command(const std::string& key, const std::string& name, const std::string& text);
+// The value of that name, or the key without one.
+int registry_delete_command(const std::string& key, const std::optional<std::string>& name);
+int registry_export_command(const std::string& key, bool as_utf16);
+int registry_import_command(const std::string& file);
 
 int rpc_command();
 

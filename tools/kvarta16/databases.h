@@ -52,6 +52,7 @@ enum class Use : unsigned char { Filling, Calling, Reading };
 [[nodiscard]] std::shared_ptr<Database> open_database(std::string_view name, Use use);
 
 // The part of the names behind "odbc:"; in a build without that adapter opening is a UsageError.
+[[nodiscard]] bool opens_odbc() noexcept;
 [[nodiscard]] std::shared_ptr<Database> open_odbc(std::string_view connection_name);
 [[nodiscard]] std::string shown_odbc(std::string_view connection_name);
 

@@ -97,6 +97,51 @@ Examples:
   kvarta16 db clean firma.db --plan
   kvarta16 db widen firma.db --table TOWARY --backup)help";
 
+constexpr const char* find_help =
+    R"(The pattern is a path, of Windows or of the system, whose last name may hold * and ?; quote it for
+the shell. Tells the attributes (d folder, r read-only, h hidden, s system, a file), the size, the
+last change in local time, and the name. The entry that the system delivered last stays last.
+
+Examples:
+  kvarta16 find '*.dbf'
+  kvarta16 find 'C:\dane\*.*')";
+
+constexpr const char* ftp_help =
+    R"(An address is ftp://[USER@]HOST[:PORT]/PATH, relative to the directory of the login; a character
+that it cannot carry is written %XX. Without a user the login is anonymous. The password comes from
+the environment, KVARTA16_FTP_PASSWORD, or is asked for on the terminal. Transfers are binary and
+write over what is there; Ctrl-C ends them, and what has come so far stays.
+
+Examples:
+  kvarta16 ftp ls ftp://ola@ftp.example.com/faktury
+  kvarta16 ftp get ftp://ola@ftp.example.com:2121/faktury/01.xml
+  kvarta16 ftp put cennik.txt ftp://ola@ftp.example.com/dane/
+  kvarta16 ftp mv ftp://ola@ftp.example.com/a.txt b.txt)";
+
+constexpr const char* print_help =
+    R"(The file is in the printer's own language: no driver touches it. The printer is one of those that
+kvarta16 printers lists, or spool:FOLDER, a folder that gets the job as a file.
+
+Examples:
+  kvarta16 print etykiety.zpl --printer Etykiety
+  kvarta16 print faktura.prn --printer spool:/var/wydruki --app Faktury)";
+
+constexpr const char* registry_help =
+    R"(The settings of the suite's programs. HKCU is the user's part; HKLM and HKCR are the machine's,
+which an ordinary user reads and does not write. Keys and names match without case. "" is the name
+of a key's default value.
+
+export writes the text form of the platform, import reads it, in UTF-8 or UTF-16: all of a file or,
+where a line is wrong, nothing.
+
+Examples:
+  kvarta16 registry set 'HKCU\Software\ZEVO\Wydruki' Drukarka Magazyn
+  kvarta16 registry get 'HKCU\Software\ZEVO\Wydruki' Drukarka
+  kvarta16 registry delete 'HKCU\Software\ZEVO\Wydruki' Drukarka
+  kvarta16 registry delete 'HKCU\Software\ZEVO\Wydruki'
+  kvarta16 registry export 'HKCU\Software\ZEVO' > zevo.reg
+  kvarta16 registry import zevo.reg)";
+
 constexpr const char* slownie_help =
     R"(The words as documents of the suite bear them: each with a capital, without blanks between them.
 Blanks between the digits are passed over, a dot stands for the comma. The sign is not told.
@@ -112,6 +157,14 @@ constexpr const char* staz_help =
 Examples:
   kvarta16 staz 2018-03-01 2020-12-31 2021-02-15 2026-10-31 --szkola 8
   kvarta16 staz 2025-07-01 2026-06-30 --wiek 17)";
+
+constexpr const char* doctor_help =
+    R"(A line for each: what it is, whether it is there (yes, no, part of it), and with what, or what is
+missing and how to get it. The status is 0 whatever is missing.
+
+Examples:
+  kvarta16 doctor
+  kvarta16 doctor --lang pl)";
 
 using Command = std::function<int()>;
 
@@ -147,6 +200,14 @@ void add_language(CLI::App& command, std::optional<std::string>& language) {
         ->check(CLI::IsMember({"pl", "en"}));
 }
 
+void add_doctor(CLI::App& app, Command& chosen) {
+    CLI::App* command = app.add_subcommand("doctor", "Tell what of the platform works here");
+    command->footer(doctor_help);
+    auto language = std::make_shared<std::optional<std::string>>();
+    add_language(*command, *language);
+    command->callback([=, &chosen] { chosen = [=] { return doctor_command(*language); }; });
+}
+
 // A command of one word and a language.
 using WordCommand = int (*)(const std::string& word, const std::optional<std::string>& language);
 void add_word_command(CLI::App& app, Command& chosen, const char* name, const char* meaning,
@@ -157,6 +218,84 @@ void add_word_command(CLI::App& app, Command& chosen, const char* name, const ch
     command->add_option(word_name, *word)->required();
     add_language(*command, *language);
     command->callback([=, &chosen] { chosen = [=] { return run(*word, *language); }; });
+}
+
+void add_find(CLI::App& app, Command& chosen) {
+    CLI::App* command = app.add_subcommand("find", "List the files that match a pattern");
+    command->footer(find_help);
+    auto pattern = std::make_shared<std::string>();
+    command->add_option("PATTERN", *pattern)->required();
+    command->callback([=, &chosen] { chosen = [=] { return find_command(*pattern); }; });
+}
+
+// A command of an address, with what stands before or behind it.
+CLI::App* add_ftp_command(CLI::App& ftp, const char* name, const char* meaning,
+                          const std::shared_ptr<FtpOptions>& options) {
+    CLI::App* command = ftp.add_subcommand(name, meaning);
+    command->add_flag("--active", options->active, "This side opens the ports for data");
+    return command;
+}
+
+void add_ftp_changes(CLI::App& ftp, Command& chosen, const std::shared_ptr<FtpOptions>& options) {
+    struct Change {
+        const char* name;
+        const char* meaning;
+        FtpAction action;
+    };
+    constexpr Change changes[] = {
+        {"rm", "Delete a file", FtpAction::DeleteFile},
+        {"mkdir", "Make a directory", FtpAction::MakeDirectory},
+        {"rmdir", "Remove an empty directory", FtpAction::RemoveDirectory},
+        {"mv", "Rename a file or directory: mv URL NEW", FtpAction::Rename},
+    };
+    for (const Change& change : changes) {
+        CLI::App* command = add_ftp_command(ftp, change.name, change.meaning, options);
+        command->add_option("URL", options->url)->required();
+        if (change.action == FtpAction::Rename) {
+            command->add_option("NEW", options->new_name, "Path from the login on")->required();
+        }
+        command->callback([=, &chosen] {
+            options->action = change.action;
+            chosen = [=] { return ftp_remote_command(*options); };
+        });
+    }
+}
+
+void add_ftp(CLI::App& app, Command& chosen) {
+    CLI::App* ftp = app.add_subcommand("ftp", "List, fetch, send and change files on a server");
+    ftp->footer(ftp_help);
+    ftp->require_subcommand(1);
+    auto options = std::make_shared<FtpOptions>();
+    CLI::App* list =
+        add_ftp_command(*ftp, "ls", "List a directory: directories, then files", options);
+    list->add_option("URL", options->url)->required();
+    list->callback([=, &chosen] { chosen = [=] { return ftp_list_command(*options); }; });
+
+    CLI::App* get = add_ftp_command(*ftp, "get", "Fetch a file: get URL [FILE]", options);
+    get->add_option("URL", options->url)->required();
+    get->add_option("FILE", options->local, "By default the remote name, here");
+    get->callback([=, &chosen] { chosen = [=] { return ftp_get_command(*options); }; });
+
+    CLI::App* put = add_ftp_command(*ftp, "put", "Send a file: put FILE URL", options);
+    put->add_option("FILE", options->local)->required();
+    put->add_option("URL", options->url, "With \"/\" at its end the file keeps its name")
+        ->required();
+    put->callback([=, &chosen] { chosen = [=] { return ftp_put_command(*options); }; });
+    add_ftp_changes(*ftp, chosen, options);
+}
+
+void add_print(CLI::App& app, Command& chosen) {
+    CLI::App* command = app.add_subcommand("print", "Send a file to a printer as it is");
+    command->footer(print_help);
+    auto options = std::make_shared<PrintOptions>();
+    command->add_option("FILE", options->file)->required();
+    command->add_option("--printer", options->printer, "Its name, or spool:FOLDER")->required();
+    command->add_option("--app", options->application,
+                        "Stands before the file's name in the job's");
+    command->callback([=, &chosen] { chosen = [=] { return print_command(*options); }; });
+
+    CLI::App* printers = app.add_subcommand("printers", "List the printers of the print server");
+    printers->callback([&chosen] { chosen = printers_command; });
 }
 
 void add_slownie(CLI::App& app, Command& chosen) {
@@ -264,6 +403,51 @@ void add_db(CLI::App& app, Command& chosen) {
     add_db_maintenance(*db, chosen);
 }
 
+void add_registry_values(CLI::App& registry, Command& chosen) {
+    auto key = std::make_shared<std::string>();
+    auto name = std::make_shared<std::string>();
+    auto text = std::make_shared<std::string>();
+    auto name_if_any = std::make_shared<std::optional<std::string>>();
+    CLI::App* get = registry.add_subcommand("get", "Print the text of a value");
+    get->add_option("KEY", *key)->required();
+    get->add_option("NAME", *name, "The default value if not given");
+    get->callback([=, &chosen] { chosen = [=] { return registry_get_command(*key, *name); }; });
+
+    CLI::App* set = registry.add_subcommand("set", "Store a text as a value, making its key");
+    set->add_option("KEY", *key)->required();
+    set->add_option("NAME", *name)->required();
+    set->add_option("TEXT", *text)->required();
+    set->callback(
+        [=, &chosen] { chosen = [=] { return registry_set_command(*key, *name, *text); }; });
+
+    CLI::App* erase =
+        registry.add_subcommand("delete", "Delete a value, or a key without sub-keys");
+    erase->add_option("KEY", *key)->required();
+    erase->add_option("NAME", *name_if_any, "The key itself if not given");
+    erase->callback(
+        [=, &chosen] { chosen = [=] { return registry_delete_command(*key, *name_if_any); }; });
+}
+
+void add_registry(CLI::App& app, Command& chosen) {
+    CLI::App* registry = app.add_subcommand("registry", "Read and change settings in the registry");
+    registry->footer(registry_help);
+    registry->require_subcommand(1);
+    add_registry_values(*registry, chosen);
+
+    auto key = std::make_shared<std::string>();
+    auto as_utf16 = std::make_shared<bool>(false);
+    CLI::App* write = registry->add_subcommand("export", "Print a key with all below it as text");
+    write->add_option("KEY", *key)->required();
+    write->add_flag("--utf16", *as_utf16, "In UTF-16 with CR LF, as the platform writes it");
+    write->callback(
+        [=, &chosen] { chosen = [=] { return registry_export_command(*key, *as_utf16); }; });
+
+    auto file = std::make_shared<std::string>();
+    CLI::App* read = registry->add_subcommand("import", "Do what such a text asks for");
+    read->add_option("FILE", *file)->required();
+    read->callback([=, &chosen] { chosen = [=] { return registry_import_command(*file); }; });
+}
+
 void add_rpc(CLI::App& app, Command& chosen) {
     CLI::App* command = app.add_subcommand("rpc", "Serve calls as JSON-RPC, a line each");
     command->footer(rpc_help);
@@ -305,6 +489,11 @@ int run(int argc, char** argv) {
                      pesel_command);
     add_word_command(app, chosen, "nip", "Check a tax number", "NUMBER", nip_command);
     add_staz(app, chosen);
+    add_find(app, chosen);
+    add_registry(app, chosen);
+    add_print(app, chosen);
+    add_ftp(app, chosen);
+    add_doctor(app, chosen);
     add_call(app, chosen);
     add_catalogue(app, chosen);
     add_rpc(app, chosen);

@@ -24,6 +24,10 @@ class OdbcDatabase final : public Database {
 
 }  // namespace
 
+bool opens_odbc() noexcept {
+    return true;
+}
+
 std::shared_ptr<Database> open_odbc(std::string_view connection_name) {
     return std::make_shared<OdbcDatabase>(connection_name);
 }

@@ -4,6 +4,10 @@
 
 namespace kvarta16::tool {
 
+bool opens_odbc() noexcept {
+    return false;
+}
+
 std::shared_ptr<Database> open_odbc(std::string_view) {
     throw UsageError("this kvarta16 was built without unixODBC and opens sqlite:FILE alone");
 }

@@ -38,6 +38,41 @@ void write_boxes(JsonWriter& json, const std::vector<RecordingBoxes::Shown>& box
     json.end_array();
 }
 
+void write_events(JsonWriter& json, const std::vector<EventDesk::Raised>& events,
+                  ObjectTable& objects) {
+    if (events.empty()) {
+        return;
+    }
+    json.key("events").begin_array();
+    for (const EventDesk::Raised& event : events) {
+        json.begin_object().key("name").text(event.name).key("args").begin_array();
+        for (const Variant& argument : event.arguments) {
+            write_value(json, argument, objects);
+        }
+        json.end_array().end_object();
+    }
+    json.end_array();
+}
+
+void write_dialogs(JsonWriter& json, const std::vector<RecordingDialogs::Shown>& dialogs) {
+    if (dialogs.empty()) {
+        return;
+    }
+    json.key("dialogs").begin_array();
+    for (const RecordingDialogs::Shown& dialog : dialogs) {
+        json.begin_object().key("owner").whole(dialog.owner).key("prompt").text(dialog.prompt);
+        json.key("flags").whole(dialog.flags).key("selection").text(dialog.selection);
+        json.key("answer");
+        if (dialog.answer) {
+            json.text(*dialog.answer);
+        } else {
+            json.null();
+        }
+        json.end_object();
+    }
+    json.end_array();
+}
+
 }  // namespace
 
 void AnswerWriter::write_record(JsonWriter& json, const Arguments& arguments) const {
@@ -47,6 +82,7 @@ void AnswerWriter::write_record(JsonWriter& json, const Arguments& arguments) co
     }
     json.end_array();
     write_boxes(json, platform_.boxes.shown);
+    write_events(json, platform_.events.raised, objects_);
     if (!platform_.sleeper.recorded.empty()) {
         json.key("sleeps").begin_array();
         for (const Long milliseconds : platform_.sleeper.recorded) {
@@ -54,6 +90,7 @@ void AnswerWriter::write_record(JsonWriter& json, const Arguments& arguments) co
         }
         json.end_array();
     }
+    write_dialogs(json, platform_.dialogs.shown);
 }
 
 std::string AnswerWriter::success(const std::string& id, const std::string& value,

@@ -15,6 +15,7 @@
 #include "json_values.h"
 #include "lookup.h"
 #include "refusal.h"
+#include "rpc_menus.h"
 
 namespace kvarta16::tool {
 namespace {
@@ -50,6 +51,14 @@ std::string empty_json() {
     return json.take();
 }
 
+// How many items a list of the host's may have.
+constexpr std::size_t most_items = 100'000;
+
+// A list comes as the one param, or as the params themselves.
+const Json& items_of(const Json& params) {
+    return params.size() == 1 && params[0].is_array() ? params[0] : params;
+}
+
 struct AnswerWord {
     StringView word;
     MsgBoxResult answer;
@@ -63,20 +72,28 @@ constexpr auto answer_words = std::to_array<AnswerWord>({{u"ok", MsgBoxResult::O
 
 struct HostMethods::Method {
     StringView name;
-    std::size_t parameter_count;
+    std::size_t fewest;  // params
+    std::size_t most;
     std::string (HostMethods::*carry_out)(const Json&);
 };
 
 const HostMethods::Method HostMethods::methods[] = {
-    {u"create", 1, &HostMethods::create},
-    {u"release", 1, &HostMethods::release},
-    {u"connect", 1, &HostMethods::connect},
-    {u"answers", 1, &HostMethods::answers},
-    {u"now", 1, &HostMethods::now},
-    {u"sleep", 1, &HostMethods::sleep},
-    {u"drive", 2, &HostMethods::drive},
-    {u"fault", 4, &HostMethods::fault},
-    {u"catalogue", 0, &HostMethods::catalogue},
+    {u"create", 1, 1, &HostMethods::create},
+    {u"release", 1, 1, &HostMethods::release},
+    {u"connect", 1, 1, &HostMethods::connect},
+    {u"answers", 1, most_items, &HostMethods::answers},
+    {u"now", 1, 1, &HostMethods::now},
+    {u"sleep", 1, 1, &HostMethods::sleep},
+    {u"drive", 2, 2, &HostMethods::drive},
+    {u"version", 1, 3, &HostMethods::version},
+    {u"keys", 1, most_items, &HostMethods::keys},
+    {u"mouse", 1, 1, &HostMethods::mouse},
+    {u"dialog", 1, 1, &HostMethods::dialog},
+    {u"on_event", 4, 4, &HostMethods::on_event},
+    {u"fault", 4, 4, &HostMethods::fault},
+    {u"window", 0, most_items, &HostMethods::window},
+    {u"menu", 1, 1, &HostMethods::menu},
+    {u"catalogue", 0, 0, &HostMethods::catalogue},
 };
 
 std::string HostMethods::call(StringView name, const Json& params) {
@@ -85,9 +102,8 @@ std::string HostMethods::call(StringView name, const Json& params) {
     if (found == std::end(methods)) {
         throw Refusal(RefusalCode::UnknownMethod, "no method host." + to_utf8(name));
     }
-    if (params.size() != found->parameter_count) {
-        refuse("host." + to_utf8(name) + " takes " + std::to_string(found->parameter_count) +
-               " params");
+    if (params.size() < found->fewest || params.size() > found->most) {
+        refuse("host." + to_utf8(name) + " takes other params");
     }
     return (this->*found->carry_out)(params);
 }
@@ -104,7 +120,9 @@ std::string HostMethods::create(const Json& params) {
     if (info == nullptr || !info->is_built()) {
         throw Refusal(RefusalCode::UnknownMethod, "no class " + to_utf8(name));
     }
-    return object_json(std::make_shared<ClassObject>(*info));
+    const auto object = std::make_shared<ClassObject>(*info);
+    platform_.events.listen(*info, object->self());
+    return object_json(object);
 }
 
 std::string HostMethods::release(const Json& params) {
@@ -126,11 +144,8 @@ std::string HostMethods::connect(const Json& params) {
 }
 
 std::string HostMethods::answers(const Json& params) {
-    if (!params[0].is_array()) {
-        refuse("a list of answers is wanted");
-    }
     std::deque<MsgBoxResult> answers;
-    for (const Json& param : params[0]) {
+    for (const Json& param : items_of(params)) {
         const String word = text_param(param, objects_);
         const auto* known =
             std::find_if(answer_words.begin(), answer_words.end(),
@@ -182,6 +197,65 @@ std::string HostMethods::drive(const Json& params) {
     return empty_json();
 }
 
+std::string HostMethods::version(const Json& params) {
+    const Json& items = items_of(params);
+    SettableVersion& record = platform_.version;
+    if (items.size() == 1 && variant_of(items[0], objects_).is(Subtype::Null)) {
+        record.version.reset();
+    } else if (items.size() == 3) {
+        record.version = {number_param(items[0], objects_), number_param(items[1], objects_),
+                          number_param(items[2], objects_)};
+    } else {
+        refuse("platform, major and minor, or null are wanted");
+    }
+    record.is_set = true;
+    return empty_json();
+}
+
+std::string HostMethods::keys(const Json& params) {
+    std::vector<Long> codes;
+    for (const Json& param : items_of(params)) {
+        codes.push_back(number_param(param, objects_));
+    }
+    for (const Long code : codes) {
+        platform_.messages.add_key(code);
+    }
+    return empty_json();
+}
+
+std::string HostMethods::mouse(const Json& params) {
+    const Long count = number_param(params[0], objects_);
+    if (count < 0 || static_cast<std::size_t>(count) > most_items) {
+        refuse("a count of messages is wanted");
+    }
+    for (Long i = 0; i < count; ++i) {
+        platform_.messages.add_mouse_move();
+    }
+    return empty_json();
+}
+
+std::string HostMethods::dialog(const Json& params) {
+    std::optional<String> answer;
+    if (!variant_of(params[0], objects_).is(Subtype::Null)) {
+        answer = text_param(params[0], objects_);
+    }
+    platform_.dialogs.answers.push_back(std::move(answer));
+    return empty_json();
+}
+
+std::string HostMethods::on_event(const Json& params) {
+    const Variant value = variant_of(params[0], objects_);
+    const auto* pointer = value.get_if<ObjectPointer>();
+    const auto* object =
+        pointer == nullptr ? nullptr : dynamic_cast<const ClassObject*>(pointer->get());
+    if (object == nullptr) {
+        refuse("an object of a class is wanted");
+    }
+    platform_.events.prepare(*object, text_param(params[1], objects_),
+                             number_param(params[2], objects_), params[3], objects_);
+    return empty_json();
+}
+
 std::string HostMethods::fault(const Json& params) {
     const std::string operation = to_utf8(text_param(params[0], objects_));
     const Long n = number_param(params[1], objects_);
@@ -197,6 +271,20 @@ std::string HostMethods::fault(const Json& params) {
         refuse(reason.what());
     }
     return empty_json();
+}
+
+// The list of menus comes as the one param, or as the params themselves; a menu begins with a text.
+std::string HostMethods::window(const Json& params) {
+    const bool is_list =
+        params.size() == 1 && params[0].is_array() && (params[0].empty() || !is_text(params[0][0]));
+    const Long handle = make_window(is_list ? params[0] : params);
+    JsonWriter json;
+    write_value(json, handle, objects_);
+    return json.take();
+}
+
+std::string HostMethods::menu(const Json& params) {
+    return menus_json(number_param(params[0], objects_));
 }
 
 }  // namespace kvarta16::tool

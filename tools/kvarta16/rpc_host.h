@@ -29,7 +29,14 @@ class HostMethods {
     std::string now(const Json& params);
     std::string sleep(const Json& params);
     std::string drive(const Json& params);
+    std::string version(const Json& params);
+    std::string keys(const Json& params);
+    std::string mouse(const Json& params);
+    std::string dialog(const Json& params);
+    std::string on_event(const Json& params);
     std::string fault(const Json& params);
+    std::string window(const Json& params);
+    std::string menu(const Json& params);
 
     struct Method;
     static const Method methods[];

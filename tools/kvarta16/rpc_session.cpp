@@ -149,7 +149,7 @@ std::string RpcSession::value_of(const Request& request, Arguments& arguments) {
     return json.take();
 }
 
-RpcSession::Target RpcSession::find_target(StringView method) const {
+RpcSession::Target RpcSession::find_target(StringView method) {
     const std::size_t dot = method.find(u'.');
     if (dot == StringView::npos) {
         refuse_method(method);
@@ -169,6 +169,7 @@ RpcSession::Target RpcSession::find_target(StringView method) const {
     } else if (const ClassInfo* info = find_offered_class(owner);
                info != nullptr && info->is_built()) {
         target = {find_called(*info, name), receiver_of(*info)};
+        platform_.events.listen(*info, target.receiver.self);
     }
     if (target.member == nullptr) {
         refuse_method(method);

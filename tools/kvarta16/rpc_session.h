@@ -34,7 +34,7 @@ class RpcSession {
     static Request read_request(Json json);
     std::string carry_out(const Request& request);
     std::string value_of(const Request& request, Arguments& arguments);
-    [[nodiscard]] Target find_target(StringView method) const;
+    [[nodiscard]] Target find_target(StringView method);
 
     ObjectTable objects_;
     RpcPlatform platform_;

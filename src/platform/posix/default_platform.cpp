@@ -5,10 +5,9 @@ namespace {
 
 [[maybe_unused]] const bool is_registered = [] {
     Platform& operations = default_platform();
-    operations.message_boxes = posix_platform().message_boxes;
-    operations.clock = posix_platform().clock;
-    operations.sleeper = posix_platform().sleeper;
-    operations.files = posix_platform().files;
+    dao::DBEngine* const engine = operations.db_engine;  // another adapter's, if one is linked
+    operations = posix_platform();
+    operations.db_engine = engine;
     return true;
 }();
 

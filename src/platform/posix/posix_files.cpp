@@ -1,131 +1,115 @@
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <kvarta16/frame/failure.h>
 #include <kvarta16/frame/utf8.h>
+#include <kvarta16/platform/posix/file_copy.h>
+#include <kvarta16/platform/posix/files_in_use.h>
+#include <kvarta16/platform/posix/folder_listing.h>
+#include <kvarta16/platform/posix/name_pattern.h>
 #include <kvarta16/platform/posix/posix_files.h>
 #include <kvarta16/platform/posix/posix_paths.h>
+#include <kvarta16/platform/posix/posix_status.h>
 
 namespace kvarta16::posix {
 namespace {
 
-// ---- Failures -------------------------------------------------------------------------------
+// ---- Deletion -------------------------------------------------------------------------------
 
-// Whether the folder that the last name of `native` stands in is there.
-bool has_folder(std::string native) {
-    while (native.size() > 1 && native.back() == '/') {
-        native.pop_back();
+// Removes one name from a folder, of which `status` tells without following a link.
+void remove_name(int folder, const std::string& name, const struct stat& status,
+                 const FilesInUse& in_use, const std::string& native) {
+    const bool is_link = S_ISLNK(status.st_mode);
+    if (S_ISDIR(status.st_mode) || (!is_link && Caller().may_only_read(status))) {
+        throw Failure(error::file_access);
     }
-    native.erase(native.rfind('/') + 1);
+    if (S_ISREG(status.st_mode) && in_use.contains(status)) {
+        throw Failure(error::permission_denied);
+    }
+    if (::unlinkat(folder, name.c_str(), 0) != 0) {
+        fail_by(errno, native);
+    }
+}
+
+void kill_one(const std::string& native) {
     struct stat status {};
-    return ::stat(native.c_str(), &status) == 0;
-}
-
-// What the system's error means to callers of the file operations.
-struct Meaning {
-    Long number;
-    StringView words;
-};
-
-Meaning meaning_of(int system_error, const std::string& native) {
-    switch (system_error) {
-        case ENOENT:
-            return has_folder(native) ? Meaning{error::file_not_found, u"File not found"}
-                                      : Meaning{error::path_not_found, u"Path not found"};
-        case ENOTDIR:
-            return {error::path_not_found, u"Path not found"};
-        case ENAMETOOLONG:
-        case EINVAL:
-        case ELOOP:
-            return {error::bad_file_name, u"Bad file name"};
-        case EBUSY:
-        case ETXTBSY:
-            return {error::permission_denied, u"Permission denied"};
-        default:
-            return {error::file_access, u"Path/File access error"};
+    if (::lstat(native.c_str(), &status) != 0) {
+        fail_by(errno, native);
     }
+    remove_name(AT_FDCWD, native, status, FilesInUse(), native);
 }
 
-[[noreturn]] void fail_by(int system_error, StringView path, const std::string& native) {
-    const Meaning meaning = meaning_of(system_error, native);
-    const String reason = from_utf8(std::generic_category().message(system_error));
-    throw Failure(meaning.number,
-                  String(meaning.words) + u": " + String(path) + u" (" + reason + u")");
+bool leads_to_folder(int folder, const std::string& name) {
+    struct stat status {};
+    return ::fstatat(folder, name.c_str(), &status, 0) == 0 && S_ISDIR(status.st_mode);
 }
 
-// ---- Attributes -----------------------------------------------------------------------------
-
-bool is_in_group(gid_t group) {
-    if (group == ::getegid()) {
-        return true;
+// Listed whole before the first file goes: a folder that changes under a listing may be told
+// anyhow.
+void kill_matching(StringView folder_path, StringView pattern_text) {
+    const std::string native = native_path(folder_path);
+    FolderListing folder(native);
+    if (!folder.is_open()) {
+        throw Failure(folder.error() == ENOENT ? error::path_not_found
+                                               : failure_number(folder.error(), native));
     }
-    std::vector<gid_t> groups(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
-    const int count = ::getgroups(static_cast<int>(groups.size()), groups.data());
-    return count > 0 &&
-           std::find(groups.begin(), groups.begin() + count, group) != groups.begin() + count;
-}
-
-bool is_read_only(const struct stat& status) {
-    const mode_t mode = status.st_mode;
-    if (::geteuid() == 0) {
-        return (mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
-    }
-    if (status.st_uid == ::geteuid()) {
-        return (mode & S_IWUSR) == 0;
-    }
-    return (mode & (is_in_group(status.st_gid) ? S_IWGRP : S_IWOTH)) == 0;
-}
-
-// ---- Files in use ---------------------------------------------------------------------------
-
-bool is_open_here(const struct stat& file) {
-    std::error_code ignored;  // a descriptor may go while it is looked at
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", ignored)) {
-        struct stat open {};
-        if (::stat(entry.path().c_str(), &open) == 0 && open.st_dev == file.st_dev &&
-            open.st_ino == file.st_ino) {
-            return true;
+    const NamePattern pattern(pattern_text);
+    std::vector<std::string> names;
+    while (const dirent* const entry = folder.next()) {
+        const std::string name = entry->d_name;
+        if (pattern.matches(from_utf8(name)) && !leads_to_folder(folder.descriptor(), name)) {
+            names.push_back(name);
         }
     }
-    return false;
-}
-
-// A line of the system's list of locks: "1: POSIX  ADVISORY  WRITE 3568 08:01:2867 0 EOF".
-bool is_locked(const struct stat& file) {
-    std::array<char, 64> wanted{};
-    std::snprintf(wanted.data(), wanted.size(), "%02x:%02x:%llu", major(file.st_dev),
-                  minor(file.st_dev), static_cast<unsigned long long>(file.st_ino));
-    std::ifstream locks("/proc/locks");
-    for (std::string word; locks >> word;) {
-        if (word == wanted.data()) {
-            return true;
+    if (names.empty()) {
+        throw Failure(error::file_not_found);
+    }
+    const FilesInUse in_use;
+    for (const std::string& name : names) {
+        struct stat status {};
+        if (::fstatat(folder.descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+            fail_by(errno, native + '/' + name);
         }
+        remove_name(folder.descriptor(), name, status, in_use, native + '/' + name);
     }
-    return false;
 }
 
-// Whether somebody works with a file, so that it is not to go away under them: this process has it
-// open, or any process holds a lock on it. A process that merely has it open is not seen.
-bool is_held(const struct stat& file) {
-    return is_open_here(file) || is_locked(file);
+// ---- Renaming -------------------------------------------------------------------------------
+
+bool is_in_use(const struct stat& status) {
+    return S_ISREG(status.st_mode) && FilesInUse().contains(status);
 }
 
-// The last name of a path that may end with a separator; "" for the root.
-std::string last_name(std::string native) {
-    while (!native.empty() && native.back() == '/') {
-        native.pop_back();
+bool is_there(const std::string& native) {
+    struct stat status {};
+    return ::lstat(native.c_str(), &status) == 0;
+}
+
+// A link is made anew, a file is copied; nothing else can go to another file system.
+void move_across(const struct stat& status, const std::string& from, const std::string& to) {
+    if (S_ISDIR(status.st_mode)) {
+        throw Failure(error::different_drive);
     }
-    return native.substr(native.rfind('/') + 1);
+    if (S_ISLNK(status.st_mode)) {
+        std::vector<char> goal(static_cast<std::size_t>(status.st_size) + 1);
+        const ssize_t length = ::readlink(from.c_str(), goal.data(), goal.size());
+        if (length < 0 ||
+            ::symlink(std::string(goal.data(), static_cast<std::size_t>(length)).c_str(),
+                      to.c_str()) != 0) {
+            fail_by(errno, from);
+        }
+    } else {
+        copy_to_new(from, to);
+    }
+    if (::unlink(from.c_str()) != 0) {
+        const int error = errno;
+        ::unlink(to.c_str());
+        fail_by(error, from);
+    }
 }
 
 }  // namespace
@@ -134,36 +118,87 @@ Long PosixFiles::GetAttr(StringView path) {
     const std::string native = native_path(path);
     struct stat status {};
     if (::stat(native.c_str(), &status) != 0) {
-        fail_by(errno, path, native);
+        fail_by(errno, native);
     }
-    Long attributes = S_ISDIR(status.st_mode) ? file_attribute::directory : file_attribute::archive;
-    if (is_read_only(status)) {
-        attributes |= file_attribute::read_only;
-    }
-    if (last_name(native).starts_with('.')) {
-        attributes |= file_attribute::hidden;
-    }
-    return attributes;
+    return Caller().attributes(status, last_name(native));
 }
 
 void PosixFiles::Kill(StringView path) {
-    const std::string native = native_path(path);
+    const SplitPath parts = split_last_name(path);
+    if (NamePattern::has_wildcards(parts.name)) {
+        kill_matching(parts.folder, parts.name);
+    } else {
+        kill_one(native_path(path));
+    }
+}
+
+void PosixFiles::Name(StringView old_path, StringView new_path) {
+    const Location from = located(old_path);
+    const Location to = located(new_path);
     struct stat status {};
-    if (::lstat(native.c_str(), &status) != 0) {
-        fail_by(errno, path, native);
+    if (::lstat(from.native.c_str(), &status) != 0) {
+        fail_by(errno, from.native);
     }
-    if (S_ISDIR(status.st_mode)) {
-        fail_by(EISDIR, path, native);
+    const bool changes_case = from.native == to.native && from.native != to.native_as_new;
+    if (is_there(to.native) && !changes_case) {
+        throw Failure(error::file_exists);
     }
-    if (!S_ISLNK(status.st_mode) && is_read_only(status)) {
-        fail_by(EACCES, path, native);
+    if (from.is_root) {
+        throw Failure(error::file_access);
     }
-    if (S_ISREG(status.st_mode) && is_held(status)) {
-        fail_by(EBUSY, path, native);
+    if (is_in_use(status)) {
+        throw Failure(error::permission_denied);
     }
-    if (::unlink(native.c_str()) != 0) {
-        fail_by(errno, path, native);
+    if (S_ISDIR(status.st_mode) && from.drive != to.drive) {
+        throw Failure(error::different_drive);
     }
+    const int error = rename_to_new(from.native, to.native_as_new);
+    if (error == EXDEV) {
+        move_across(status, from.native, to.native);
+    } else if (error == EEXIST) {
+        throw Failure(error::file_exists);
+    } else if (error == ENOENT) {
+        throw Failure(error::path_not_found);
+    } else if (error == EINVAL) {  // a folder into itself
+        throw Failure(error::file_access);
+    } else if (error != 0) {
+        fail_by(error, to.native);
+    }
+}
+
+void PosixFiles::MkDir(StringView path) {
+    constexpr mode_t everybody = 0777;  // less what the process's mask takes away
+    const std::string native = native_path(path);
+    if (::mkdir(native.c_str(), everybody) == 0) {
+        return;
+    }
+    switch (errno) {
+        case ENOENT:
+        case ENOTDIR:
+            throw Failure(error::path_not_found);
+        case ENAMETOOLONG:
+            throw Failure(error::bad_file_name);
+        default:
+            throw Failure(error::file_access);
+    }
+}
+
+void PosixFiles::ChDrive(StringView path) {
+    if (!path.empty()) {
+        change_drive(path.front());
+    }
+}
+
+void PosixFiles::ChDir(StringView path) {
+    change_directory(path);
+}
+
+void PosixFiles::FileCopy(StringView source, StringView target) {
+    copy_over(native_path(source), native_path(target));
+}
+
+String PosixFiles::CurDir() {
+    return current_directory();
 }
 
 std::string PosixFiles::native_path(StringView path) {

@@ -3,7 +3,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include <dirent.h>
@@ -139,10 +141,102 @@ std::string root_of(char16_t letter) {
         root = looked_up(*drives + '/', {String(1, letter)});
     }
     if (!is_folder(root)) {
-        throw Failure(error::path_not_found,
-                      u"Path not found: there is no drive " + String(1, letter));
+        throw Failure(error::path_not_found);
     }
     return root;
+}
+
+// ---- Current directories --------------------------------------------------------------------
+
+// The names that lead to a folder from the root of its drive, as the file system has them.
+using FolderNames = std::vector<std::string>;
+
+FolderNames split(std::string_view native) {
+    FolderNames names;
+    while (!native.empty()) {
+        const std::size_t end = std::min(native.find('/'), native.size());
+        if (end > 0) {
+            names.emplace_back(native.substr(0, end));
+        }
+        native.remove_prefix(std::min(end + 1, native.size()));
+    }
+    return names;
+}
+
+// `root` ends with a separator, and so does the result.
+std::string joined(std::string root, const FolderNames& names) {
+    for (const std::string& name : names) {
+        root += name + '/';
+    }
+    return root;
+}
+
+// Fails: 76 where the process's directory has gone.
+FolderNames real_directory() {
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::current_path(error);
+    if (error) {
+        throw Failure(error::path_not_found);
+    }
+    return split(path.native());
+}
+
+// The current drive and the directory of each. That of drive Z: is the process's real directory
+// while Z: is the current drive; what is kept here counts while another is.
+class CurrentPlaces {
+  public:
+    [[nodiscard]] char16_t drive() {
+        const std::scoped_lock lock(mutex_);
+        return drive_;
+    }
+
+    [[nodiscard]] FolderNames directory_of(char16_t drive) {
+        const std::scoped_lock lock(mutex_);
+        return drive == root_drive && drive_ == root_drive ? real_directory() : kept(drive);
+    }
+
+    void enter_drive(char16_t drive, const std::string& root) {
+        const std::scoped_lock lock(mutex_);
+        if (drive == drive_) {
+            return;
+        }
+        FolderNames left;
+        try {
+            left = drive_ == root_drive ? real_directory() : kept(drive_);
+        } catch (const Failure&) {  // a directory that has gone: the root stands for it
+        }
+        if (::chdir(joined(root, kept(drive)).c_str()) != 0) {
+            if (::chdir(root.c_str()) != 0) {
+                throw Failure(error::device_unavailable);
+            }
+            kept(drive).clear();
+        }
+        kept(drive_) = std::move(left);
+        drive_ = drive;
+    }
+
+    void enter_directory(char16_t drive, const std::string& root, const std::string& native) {
+        const std::scoped_lock lock(mutex_);
+        const bool can_enter = drive == drive_
+                                   ? ::chdir(native.c_str()) == 0
+                                   : is_folder(native) && ::access(native.c_str(), X_OK) == 0;
+        if (!can_enter) {
+            throw Failure(error::path_not_found);
+        }
+        kept(drive) = split(std::string_view(native).substr(std::min(root.size(), native.size())));
+    }
+
+  private:
+    FolderNames& kept(char16_t drive) { return folders_[static_cast<std::size_t>(drive - u'A')]; }
+
+    std::mutex mutex_;
+    char16_t drive_ = root_drive;
+    std::array<FolderNames, 26> folders_;
+};
+
+CurrentPlaces& current_places() {
+    static CurrentPlaces places;
+    return places;
 }
 
 // ---- Paths ----------------------------------------------------------------------------------
@@ -184,17 +278,43 @@ Way way_of(StringView path) {
     return way;
 }
 
-// The current directory or a folder above it, with a separator at its end.
-std::string current_directory(int upward) {
-    std::error_code error;
-    std::filesystem::path path = std::filesystem::current_path(error);
-    if (error) {
-        throw Failure(error::path_not_found, u"Path not found: the current directory is gone");
+// A text taken apart: the drive, the folder of it from which the names lead on, and the names.
+struct Route {
+    char16_t drive = u'\0';
+    char16_t letter = u'\0';  // the drive's as it stands in the text
+    FolderNames start;
+    std::vector<String> names;
+    bool ends_with_separator = false;
+};
+
+void require_path(StringView path) {
+    if (path.empty() || path.find(u'\0') != StringView::npos || has_half_pair(path)) {
+        throw Failure(error::bad_file_name);
     }
-    for (; upward > 0; --upward) {
-        path = path.parent_path();  // of the root the root itself
+    const bool is_network = path.size() >= 2 && is_separator(path[0]) && is_separator(path[1]);
+    if (is_network) {
+        throw Failure(error::path_not_found);
     }
-    return path == "/" ? "/" : path.string() + '/';
+}
+
+Route route_of(StringView path) {
+    require_path(path);
+    const bool has_drive = path.size() >= 2 && path[1] == u':' && drive_letter(path[0]) != u'\0';
+    Route route;
+    route.letter = has_drive ? path[0] : current_places().drive();
+    route.drive = drive_letter(route.letter);
+    const StringView names = path.substr(has_drive ? 2 : 0);
+    route.ends_with_separator = !names.empty() && is_separator(names.back());
+    const bool is_from_root = !names.empty() && is_separator(names.front());
+
+    Way way = way_of(names);
+    if (!is_from_root) {
+        route.start = current_places().directory_of(route.drive);
+        const auto upward = static_cast<std::size_t>(way.upward);
+        route.start.resize(route.start.size() - std::min(upward, route.start.size()));
+    }
+    route.names = std::move(way.names);
+    return route;
 }
 
 }  // namespace
@@ -208,29 +328,83 @@ bool map_drive(char16_t letter, const std::string& folder) {
     return true;
 }
 
-std::string native_path(StringView path) {
-    if (path.empty() || path.find(u'\0') != StringView::npos || has_half_pair(path)) {
-        throw Failure(error::bad_file_name, u"Bad file name: \"" + String(path) + u"\"");
-    }
-    if (path.size() >= 2 && is_separator(path[0]) && is_separator(path[1])) {
-        throw Failure(error::path_not_found,
-                      u"Path not found: there are no network drives: " + String(path));
-    }
+SplitPath split_last_name(StringView path) {
     const bool has_drive = path.size() >= 2 && path[1] == u':' && drive_letter(path[0]) != u'\0';
-    const char16_t drive = has_drive ? drive_letter(path[0]) : root_drive;
-    const StringView names = path.substr(has_drive ? 2 : 0);
-    const bool begins_with_separator = !names.empty() && is_separator(names.front());
-    const bool ends_with_separator = !names.empty() && is_separator(names.back());
+    const auto last = std::find_if(path.rbegin(), path.rend(), is_separator);
+    const auto behind_separator = static_cast<std::size_t>(path.rend() - last);
+    const std::size_t cut = std::max<std::size_t>(behind_separator, has_drive ? 2 : 0);
+    return {cut == 0 ? String(u".") : String(path.substr(0, cut)), String(path.substr(cut))};
+}
 
-    const Way way = way_of(names);
-    // The current directory of another drive than Z: is its root.
-    const bool is_from_root = begins_with_separator || drive != root_drive;
-    std::string native =
-        looked_up(is_from_root ? root_of(drive) : current_directory(way.upward), way.names);
-    if (!ends_with_separator && native.size() > 1) {
-        native.pop_back();
+Location located(StringView path) {
+    const Route route = route_of(path);
+    Location location;
+    location.drive = route.drive;
+    location.is_root = route.start.empty() && route.names.empty();
+    location.native = looked_up(joined(root_of(route.drive), route.start), route.names);
+    if (!route.ends_with_separator && location.native.size() > 1) {
+        location.native.pop_back();
     }
-    return native;
+    location.native_as_new = location.native;
+    if (!route.names.empty()) {
+        std::string& given = location.native_as_new;
+        given.resize(given.find_last_not_of('/') + 1);
+        given.resize(given.rfind('/') + 1);
+        given += to_utf8(route.names.back());
+    }
+    return location;
+}
+
+std::string native_path(StringView path) {
+    return located(path).native;
+}
+
+String full_path(StringView path) {
+    const Route route = route_of(path);
+    String text = String(1, route.letter) + u":\\";
+    for (const std::string& name : route.start) {
+        text += from_utf8(name) + u'\\';
+    }
+    for (const String& name : route.names) {
+        text += name + u'\\';
+    }
+    const bool is_root = route.start.empty() && route.names.empty();
+    if (!route.ends_with_separator && !is_root) {
+        text.pop_back();
+    }
+    return text;
+}
+
+void change_drive(char16_t letter) {
+    const char16_t drive = drive_letter(letter);
+    if (drive == u'\0') {
+        throw Failure(error::invalid_call);
+    }
+    std::string root;
+    try {
+        root = root_of(drive);
+    } catch (const Failure&) {  // by another number here
+        throw Failure(error::device_unavailable);
+    }
+    current_places().enter_drive(drive, root);
+}
+
+void change_directory(StringView path) {
+    const Location location = located(path);
+    current_places().enter_directory(location.drive, root_of(location.drive), location.native);
+}
+
+String current_directory() {
+    const char16_t drive = current_places().drive();
+    const FolderNames names = current_places().directory_of(drive);
+    if (!is_folder(joined(root_of(drive), names))) {
+        throw Failure(error::path_not_found);
+    }
+    String text = String(1, drive) + u":";
+    for (const std::string& name : names) {
+        text += u'\\' + from_utf8(name);
+    }
+    return names.empty() ? text + u'\\' : text;
 }
 
 }  // namespace kvarta16::posix

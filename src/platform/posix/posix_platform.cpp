@@ -6,15 +6,30 @@
 #include <string>
 #include <string_view>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <kvarta16/frame/utf8.h>
+#include <kvarta16/platform/named_spoolers.h>
+#include <kvarta16/platform/posix/ftp/posix_internet.h>
+#include <kvarta16/platform/posix/menus_in_memory.h>
+#include <kvarta16/platform/posix/posix_file_table.h>
 #include <kvarta16/platform/posix/posix_files.h>
+#include <kvarta16/platform/posix/posix_find.h>
+#include <kvarta16/platform/posix/posix_folder_dialog.h>
+#include <kvarta16/platform/posix/posix_messages.h>
 #include <kvarta16/platform/posix/posix_platform.h>
+#include <kvarta16/platform/posix/posix_processes.h>
+#include <kvarta16/platform/posix/posix_system.h>
+#include <kvarta16/platform/posix/registry/posix_registry.h>
+#include <kvarta16/platform/posix/spool_folder.h>
+#include <kvarta16/platform/posix/terminal.h>
 
 namespace kvarta16 {
 namespace {
+
+using posix::read_line;
+using posix::TerminalScreen;
+using posix::write_all;
 
 // ---- Message boxes --------------------------------------------------------------------------
 
@@ -34,38 +49,6 @@ std::span<const Button> buttons_of(Long style) {
         return yes_no_buttons;
     }
     return ok_button;
-}
-
-// Nothing can be done for a box that cannot be shown; it is asked all the same.
-void write_all(int file, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t written = ::write(file, text.data(), text.size());
-        if (written >= 0) {
-            text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            return;
-        }
-    }
-}
-
-// The next line without its end. Read byte by byte, so that what stands behind it is left to the
-// program. False at the end of the input, a line without an end included.
-bool read_line(int file, std::string& line) {
-    line.clear();
-    for (;;) {
-        char byte = 0;
-        const ssize_t count = ::read(file, &byte, 1);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            return false;
-        }
-        if (byte == '\n') {
-            return true;
-        }
-        line += byte;
-    }
 }
 
 // An answer without the blanks around it, its ASCII letters in lower case.
@@ -101,45 +84,12 @@ std::string prompt_of(std::span<const Button> buttons) {
     return prompt + ": ";
 }
 
-// Where a person sees a box: standard error or, where that has been redirected, the controlling
-// terminal.
-class Screen {
-  public:
-    Screen() {
-        if (::isatty(STDIN_FILENO) == 0) {
-            return;
-        }
-        if (::isatty(STDERR_FILENO) != 0) {
-            file_ = STDERR_FILENO;
-        } else {
-            file_ = ::open("/dev/tty", O_WRONLY | O_NOCTTY | O_CLOEXEC);
-            is_own_ = file_ >= 0;
-        }
-    }
-    ~Screen() {
-        if (is_own_) {
-            ::close(file_);
-        }
-    }
-    Screen(const Screen&) = delete;
-    Screen& operator=(const Screen&) = delete;
-    Screen(Screen&&) = delete;
-    Screen& operator=(Screen&&) = delete;
-
-    [[nodiscard]] bool is_there() const { return file_ >= 0; }
-    [[nodiscard]] int file() const { return file_; }
-
-  private:
-    int file_ = -1;
-    bool is_own_ = false;
-};
-
 class TerminalBoxes final : public MessageBoxes {
   public:
     MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override {
         const std::string words =
             (title.has_value() ? to_utf8(*title) + "\n" : "") + to_utf8(text) + "\n";
-        const Screen screen;
+        const TerminalScreen screen;
         return screen.is_there() ? asked(screen.file(), words, style) : unattended(words, style);
     }
 
@@ -204,7 +154,36 @@ const Platform& posix_platform() noexcept {
     static SystemClock clock;
     static SystemSleeper sleeper;
     static posix::PosixFiles files;
-    static const Platform operations{&boxes, &clock, &sleeper, &files};
+    static posix::PosixFindFiles find_files;
+    static posix::PosixFileTable file_table;
+    static posix::PosixSystemInformation system_information;
+    static posix::PosixProcesses processes;
+    static posix::PosixMessages messages;
+    static posix::PosixFolderDialogs folder_dialogs;
+    // Never destroyed: connections that a program has left open would say good-bye when the
+    // thread's own state is gone.
+    static auto* const internet = new posix::PosixInternet;
+    static posix::SpoolFolder spool_folder;
+    static posix::PosixRegistry registry;
+    static const Platform operations = [] {
+        Platform made;
+        made.message_boxes = &boxes;
+        made.clock = &clock;
+        made.sleeper = &sleeper;
+        made.files = &files;
+        made.find_files = &find_files;
+        made.file_table = &file_table;
+        made.system_information = &system_information;
+        made.processes = &processes;
+        made.messages = &messages;
+        made.folder_dialogs = &folder_dialogs;
+        made.internet = internet;
+        made.registry = &registry;
+        made.menus = &posix::menus();
+        named_spoolers().serve_prefix(posix::spool_folder_prefix, spool_folder);
+        made.spooler = &named_spoolers();
+        return made;
+    }();
     return operations;
 }
 

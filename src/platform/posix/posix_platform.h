@@ -16,6 +16,10 @@ namespace kvarta16 {
 //
 // Clock: the system's, in its time zone. Pauses: as long as asked for, whatever signals arrive.
 // Files: posix_files.h; the paths of Windows stand for those of the system as in posix_paths.h.
+// Finder: posix_find.h. Numbered file table: posix_file_table.h. System: posix_system.h.
+// Registry: two text files, registry/posix_registry.h.
+// Menus: in memory, menus_in_memory.h. Spooler: printers "spool:FOLDER", spool_folder.h, and beside
+// them those of the print server where its adapter is linked, named_spoolers.h.
 [[nodiscard]] const Platform& posix_platform() noexcept;
 
 }  // namespace kvarta16
