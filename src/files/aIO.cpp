@@ -135,7 +135,8 @@ Boolean aIO::IsDIR(StringView SpecIn) const {
     if (succeeds([&] { attributes = platform().files->GetAttr(SpecIn); })) {
         return is_folder(attributes);
     }
-    return IsDirWritable(SpecIn);
+    // An empty path is no folder, though the write test would be made in the root of the drive.
+    return SpecIn.empty() ? Boolean(false) : IsDirWritable(SpecIn);
 }
 
 // No separator is looked for: a folder told with one gets it doubled.

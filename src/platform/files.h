@@ -62,8 +62,9 @@ class Files {
     // above does not exist.
     virtual void MkDir(StringView path) = 0;
 
-    // Makes the drive of `path` the current one: its first character, whatever follows; "" changes
-    // nothing. Fails: 5 where that is no letter, 68 for a drive that does not exist.
+    // Makes the drive that a path tells the current one, whatever follows it; a path without a
+    // drive changes nothing. Fails: 5 where the colon stands behind no letter, 68 for a drive that
+    // does not exist.
     virtual void ChDrive(StringView path) = 0;
 
     // Makes a folder the current directory of its drive; the current drive stays. Fails: 76 where

@@ -63,6 +63,39 @@ TEST_F(RealFiles, WhatAPathIs) {
     EXPECT_FALSE(io().IsFile_open(folder.windows(u"brak.txt")));
 }
 
+TEST_F(RealFiles, AnEmptyPathIsNoFolderWhereverTheProcessMayWrite) {
+    EXPECT_FALSE(io().IsDIR(u""));
+    EXPECT_FALSE(io().IsFile(u""));
+}
+
+TEST_F(RealFiles, NamesThatWindowsDoesNotAllowAreNotMade) {
+    folder.write("a.txt", "A");
+    folder.write("b.txt", "B");
+    for (const StringView name : {u"*.txt", u"x?.txt", u"a<b", u"a>b", u"a|b", u"a\"b", u"a:b"}) {
+        String target = folder.windows(name);
+        String text = u"x";
+        EXPECT_FALSE(io().Zapisz_do_pliku(target, text)) << to_utf8(name);
+        EXPECT_FALSE(io().FileCopy_Fun(folder.windows(u"a.txt"), target)) << to_utf8(name);
+        EXPECT_FALSE(io().RenameFile(folder.windows(u"a.txt"), target)) << to_utf8(name);
+        io().MakeDir(target);
+        EXPECT_FALSE(io().IsDIR(target)) << to_utf8(name);
+        EXPECT_FALSE(io().IsFile(target)) << to_utf8(name);
+    }
+    EXPECT_EQ(host.boxes.shown.size(), 7U);
+    EXPECT_EQ(folder.read("a.txt") + folder.read("b.txt"), "AB");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path), {}), 2);
+}
+
+TEST_F(RealFiles, MakeDirChangeGoesIntoAFolderWithoutADrive) {
+    fs::create_directory(folder.path / "nd");
+    fs::current_path(folder.path);
+    io().MakeDirChange(u"nd");
+    EXPECT_EQ(fs::current_path(), fs::canonical(folder.path / "nd"));
+    io().MakeDirChange(u"nowy");  // made, and not entered
+    EXPECT_EQ(fs::current_path(), fs::canonical(folder.path / "nd"));
+    EXPECT_TRUE(fs::is_directory(folder.path / "nd/nowy"));
+}
+
 TEST_F(RealFiles, DeletingAndRenaming) {
     folder.write("a.txt", "A");
     folder.write("b.txt", "B");

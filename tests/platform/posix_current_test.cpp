@@ -75,7 +75,7 @@ TEST_F(PosixCurrent, ADriveThatIsNotCurrentKeepsItsOwn) {
 TEST_F(PosixCurrent, ADriveThatIsCurrent) {
     const std::string began = real();
     EXPECT_EQ(of_folder(u"C:\\DANE"), 0);
-    EXPECT_EQ(of_drive(u"c"), 0);
+    EXPECT_EQ(of_drive(u"c:"), 0);
     EXPECT_EQ(current(), "C:\\Dane");
     EXPECT_EQ(real(), fs::canonical(c + "/Dane"));  // programs begin there
     EXPECT_EQ(native(u"FIRMA.mdb"), c + "/Dane/firma.mdb");
@@ -100,19 +100,19 @@ TEST_F(PosixCurrent, FromDriveToDrive) {
     EXPECT_EQ(of_drive(u"D:\\x"), 0);
     EXPECT_EQ(current(), "D:\\Kopie");
     EXPECT_EQ(real(), fs::canonical(folder / "D/Kopie"));
-    EXPECT_EQ(of_drive(u"Z"), 0);
+    EXPECT_EQ(of_drive(u"Z:"), 0);
     EXPECT_EQ(current(), "Z:\\");
     EXPECT_EQ(real(), "/");
-    EXPECT_EQ(of_drive(u"C"), 0);
+    EXPECT_EQ(of_drive(u"C:"), 0);
     EXPECT_EQ(current(), "C:\\");
 }
 
 TEST_F(PosixCurrent, ComesBackToWhereDriveZWas) {
     fs::current_path(c + "/Dane");
-    EXPECT_EQ(of_drive(u"C"), 0);
+    EXPECT_EQ(of_drive(u"C:"), 0);
     EXPECT_EQ(real(), fs::canonical(c));
     EXPECT_EQ(native(u"Z:x"), fs::canonical(c + "/Dane").string() + "/x");
-    EXPECT_EQ(of_drive(u"Z"), 0);
+    EXPECT_EQ(of_drive(u"Z:"), 0);
     EXPECT_EQ(real(), fs::canonical(c + "/Dane"));
 }
 
@@ -120,8 +120,10 @@ TEST_F(PosixCurrent, WhatIsNone) {
     const std::string begin = current();
     EXPECT_EQ(of_drive(u""), 0);
     EXPECT_EQ(of_drive(u"1:"), error::invalid_call);
-    EXPECT_EQ(of_drive(u"\\\\serwer"), error::invalid_call);
-    EXPECT_EQ(of_drive(u"ą"), error::invalid_call);
+    EXPECT_EQ(of_drive(u"ą:"), error::invalid_call);
+    for (const StringView without_drive : {u"\\\\serwer", u"ą", u"E", u"dane", u"\\dane"}) {
+        EXPECT_EQ(of_drive(without_drive), 0) << to_utf8(without_drive);
+    }
     const auto missing = caught([&] { files.ChDrive(u"E:"); });
     EXPECT_EQ(missing.number, 68);
     EXPECT_EQ(missing.text, "Device unavailable");
@@ -133,7 +135,7 @@ TEST_F(PosixCurrent, WhatIsNone) {
     EXPECT_EQ(of_folder(u"\\\\serwer\\x"), error::path_not_found);
     EXPECT_EQ(of_folder(u""), error::bad_file_name);
     EXPECT_EQ(current(), begin);
-    EXPECT_EQ(of_drive(u"C"), 0);
+    EXPECT_EQ(of_drive(u"C:"), 0);
     EXPECT_EQ(of_folder(u"C:\\nie ma"), error::path_not_found);
     EXPECT_EQ(of_folder(u"D:\\nie ma"), error::path_not_found);
     EXPECT_EQ(current(), "C:\\");
@@ -147,9 +149,9 @@ TEST_F(PosixCurrent, ADirectoryOfDriveZThatHasGone) {
     const auto gone = caught([&] { static_cast<void>(files.CurDir()); });
     EXPECT_EQ(gone.number, error::path_not_found);
     EXPECT_EQ(gone.text, "Path not found");
-    EXPECT_EQ(of_drive(u"C"), 0);
+    EXPECT_EQ(of_drive(u"C:"), 0);
     EXPECT_EQ(current(), "C:\\");
-    EXPECT_EQ(of_drive(u"Z"), 0);
+    EXPECT_EQ(of_drive(u"Z:"), 0);
     EXPECT_EQ(current(), "Z:\\");  // its root stands for what has gone
 }
 
@@ -160,7 +162,7 @@ TEST_F(PosixCurrent, ADirectoryOfAnotherDriveThatHasGone) {
     EXPECT_EQ(files.GetAttr(u"C:\\Dane"), 16);
     EXPECT_EQ(caught([&] { static_cast<void>(files.GetAttr(u"C:x")); }).number,
               error::path_not_found);
-    EXPECT_EQ(of_drive(u"C"), 0);
+    EXPECT_EQ(of_drive(u"C:"), 0);
     EXPECT_EQ(current(), "C:\\");
 
     fs::create_directory(c + "/gone");
@@ -172,7 +174,7 @@ TEST_F(PosixCurrent, ADirectoryOfAnotherDriveThatHasGone) {
 TEST_F(PosixCurrent, NamesAreThoseOfTheFileSystem) {
     fs::create_directories(c + "/Ż日本/głębiej");
     EXPECT_EQ(of_folder(u"c:\\ż日本\\GŁĘBIEJ"), 0);
-    EXPECT_EQ(of_drive(u"c"), 0);
+    EXPECT_EQ(of_drive(u"c:"), 0);
     EXPECT_EQ(current(), "C:\\Ż日本\\głębiej");
     EXPECT_EQ(of_folder(u".."), 0);
     EXPECT_EQ(current(), "C:\\Ż日本");

@@ -235,7 +235,7 @@ class MemoryFiles final : public Files {
     void ChDrive(StringView path) override {
         constexpr Long device_unavailable = 68;
         write_down("ChDrive", path);
-        if (path.empty()) {
+        if (path.size() < 2 || path[1] != u':') {
             return;
         }
         const char16_t drive = upper_case(path[0]);

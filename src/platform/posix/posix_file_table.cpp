@@ -287,6 +287,9 @@ void PosixFileTable::Open(StringView path, Integer number, OpenMode mode, Sharin
     if (slot.file.has_value()) {
         throw Failure(error::file_already_open);
     }
+    if (mode != OpenMode::Input) {
+        require_new_name(path);
+    }
     const std::string native = native_path(path);
     const std::scoped_lock entries_lock(table().entries_mutex);
     Opened opened = opened_for(native, mode);

@@ -133,6 +133,7 @@ void PosixFiles::Kill(StringView path) {
 }
 
 void PosixFiles::Name(StringView old_path, StringView new_path) {
+    require_new_name(new_path);
     const Location from = located(old_path);
     const Location to = located(new_path);
     struct stat status {};
@@ -168,6 +169,7 @@ void PosixFiles::Name(StringView old_path, StringView new_path) {
 
 void PosixFiles::MkDir(StringView path) {
     constexpr mode_t everybody = 0777;  // less what the process's mask takes away
+    require_new_name(path);
     const std::string native = native_path(path);
     if (::mkdir(native.c_str(), everybody) == 0) {
         return;
@@ -184,7 +186,7 @@ void PosixFiles::MkDir(StringView path) {
 }
 
 void PosixFiles::ChDrive(StringView path) {
-    if (!path.empty()) {
+    if (path.size() >= 2 && path[1] == u':') {
         change_drive(path.front());
     }
 }
@@ -194,6 +196,7 @@ void PosixFiles::ChDir(StringView path) {
 }
 
 void PosixFiles::FileCopy(StringView source, StringView target) {
+    require_new_name(target);
     copy_over(native_path(source), native_path(target));
 }
 

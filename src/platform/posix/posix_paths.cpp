@@ -297,6 +297,14 @@ void require_path(StringView path) {
     }
 }
 
+void require_no_wildcards(const std::vector<String>& names) {
+    for (const String& name : names) {
+        if (name.find_first_of(u"*?") != String::npos) {
+            throw Failure(error::bad_file_name);
+        }
+    }
+}
+
 Route route_of(StringView path) {
     require_path(path);
     const bool has_drive = path.size() >= 2 && path[1] == u':' && drive_letter(path[0]) != u'\0';
@@ -338,6 +346,7 @@ SplitPath split_last_name(StringView path) {
 
 Location located(StringView path) {
     const Route route = route_of(path);
+    require_no_wildcards(route.names);
     Location location;
     location.drive = route.drive;
     location.is_root = route.start.empty() && route.names.empty();
@@ -357,6 +366,13 @@ Location located(StringView path) {
 
 std::string native_path(StringView path) {
     return located(path).native;
+}
+
+void require_new_name(StringView path) {
+    const Route route = route_of(path);
+    if (!route.names.empty() && route.names.back().find_first_of(u"*?<>|\":") != String::npos) {
+        throw Failure(error::bad_file_name);
+    }
 }
 
 String full_path(StringView path) {

@@ -56,8 +56,14 @@ struct SplitPath {
 
 // The path of the system for a Windows path, absolute. It ends with a separator if `path` does, so
 // that the system's calls tell a folder from a file. Fails: 52 for an empty text and for one that
-// holds a NUL or half a surrogate pair, 76 for a drive that does not exist and for a network path.
+// holds a NUL, half a surrogate pair or a wildcard, 76 for a drive that does not exist and for a
+// network path. A file of the system whose name holds "*" or "?" has no Windows path: what deletes
+// by wildcards would take others with it.
 [[nodiscard]] std::string native_path(StringView path);
+
+// Fails with 52 where the last name of a path is one that Windows does not let a new file or folder
+// bear: with one of < > | " : or a wildcard in it.
+void require_new_name(StringView path);
 
 // The Windows path in full, by the text alone: nothing need exist, not even the drive. The drive
 // letter stays in its case, a separator at the end stays too. Fails as native_path() does, but for
