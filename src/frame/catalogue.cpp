@@ -52,6 +52,8 @@ constexpr ClassInfo built() {
     return info;
 }
 
+// One row a line, in the order of the type library.
+// clang-format off
 constexpr ClassInfo classes[] = {
     built<dsEncrypt>(),
     built<d1enc>(),
@@ -74,6 +76,7 @@ constexpr ClassInfo classes[] = {
     built<Class3>(),
     built<CFileFind>(),
 };
+// clang-format on
 
 constexpr ClassInfo private_class_list[] = {
     built<ClsCzyśćBazęDAO>(),

@@ -50,8 +50,8 @@ int ftp_get_command(const FtpOptions& options);
 int ftp_put_command(const FtpOptions& options);
 int ftp_remote_command(const FtpOptions& options);
 
-// What of the platform is there, with what, and how to get the rest; `language` is "pl" or "en", the
-// environment's if not given.
+// What of the platform is there, with what, and how to get the rest; `language` is "pl" or "en",
+// the environment's if not given.
 int doctor_command(const std::optional<std::string>& language);
 
 // In these, `language` is "pl" or "en"; the environment's if not given.

@@ -81,7 +81,7 @@ Pipe make_pipe() {
 // Reads to the end what the other side writes.
 std::string all_of(const File& file) {
     std::string text;
-    std::array<char, 4096> bytes;
+    std::array<char, 4096> bytes{};
     for (;;) {
         const ssize_t count = ::read(file.number(), bytes.data(), bytes.size());
         if (count > 0) {

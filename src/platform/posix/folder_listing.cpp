@@ -4,9 +4,8 @@
 
 namespace kvarta16::posix {
 
-FolderListing::FolderListing(const std::string& native) : folder_(::opendir(native.c_str())) {
-    error_ = folder_ == nullptr ? errno : 0;
-}
+FolderListing::FolderListing(const std::string& native)
+    : folder_(::opendir(native.c_str())), error_(folder_ == nullptr ? errno : 0) {}
 
 int FolderListing::descriptor() const noexcept {
     return ::dirfd(folder_.get());
