@@ -351,9 +351,18 @@ class FaultingInternet final : public ForwardingInternet {
                    : ForwardingInternet::FtpRenameFileA(connection, existing, renamed);
     }
     Long InternetGetLastResponseInfoA(Long& error, String& text, Long& length) override {
-        return is_due(Operation::InternetInternetGetLastResponseInfoA)
-                   ? 0
-                   : ForwardingInternet::InternetGetLastResponseInfoA(error, text, length);
+        if (is_due(Operation::InternetInternetGetLastResponseInfoA)) {
+            return 0;
+        }
+        // A call that was not passed on has had no answer: that of an earlier call that succeeded
+        // is no reason for its failure.
+        constexpr Long first_reply = 100;
+        constexpr Long first_refusal = 400;
+        Long code = error;
+        const Long told = ForwardingInternet::InternetGetLastResponseInfoA(code, text, length);
+        const bool is_success = code >= first_reply && code < first_refusal;
+        error = last_fault_ && is_success ? error : code;
+        return told;
     }
     Long GetLastError() override {
         return last_fault_ ? *last_fault_ : ForwardingInternet::GetLastError();

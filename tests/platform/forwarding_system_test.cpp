@@ -205,6 +205,14 @@ TEST(SystemFaults, OfTheInternetLeaveTheirNumber) {
     system.plan->fail_at("FtpDeleteFileA", 1, FaultSpan::Once, internet_error::timeout);
     EXPECT_EQ(system.internet->FtpDeleteFileA(1, u"a"), 0);
     EXPECT_EQ(system.internet->GetLastError(), internet_error::timeout);
+    system.fake.internet.response = u"226 Transfer complete";
+    system.fake.internet.response_code = 226;
+    Long error = internet_error::timeout;
+    String text(21, u'\0');
+    Long length = 21;
+    EXPECT_EQ(system.internet->InternetGetLastResponseInfoA(error, text, length), 1);
+    EXPECT_EQ(error, internet_error::timeout);
+    EXPECT_EQ(text, u"226 Transfer complete");
     // The next call that is passed on has a reason of its own.
     static_cast<void>(system.internet->FtpDeleteFileA(0, u"a"));
     EXPECT_NE(system.internet->GetLastError(), internet_error::timeout);

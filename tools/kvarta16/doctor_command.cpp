@@ -34,7 +34,7 @@ struct Finding {
 
 struct Row {
     Words what;
-    Finding (*find)();
+    Finding (*find)() = nullptr;
 };
 
 State yes_if(bool condition) {

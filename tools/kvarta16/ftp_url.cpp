@@ -65,7 +65,8 @@ void read_place(std::string_view place, FtpUrl& url) {
     std::string_view rest;
     if (place.starts_with('[')) {
         const std::size_t end = place.find(']');
-        const std::string_view address = place.substr(1, end == place.npos ? 0 : end - 1);
+        const std::string_view address =
+            place.substr(1, end == std::string_view::npos ? 0 : end - 1);
         if (address.empty() ||
             address.find_first_not_of("0123456789abcdefABCDEF:.%") != std::string_view::npos) {
             refuse("that is no IPv6 address");

@@ -54,15 +54,15 @@ KeyName key_name(const std::string& text) {
     const StringView full_name = posix::registry::root_name(StringView(name).substr(0, end));
     const std::optional<Long> root = posix::handle_of_root(full_name);
     if (!root) {
-        throw UsageError("a key begins with HKCU, HKLM or HKCR, as HKCU\\Software\\ZEVO; \"" +
-                         text + "\" does not");
+        throw UsageError(R"(a key begins with HKCU, HKLM or HKCR, as HKCU\Software\ZEVO; ")" +
+                         text + R"(" does not)");
     }
     return {*root, name.substr(std::min(end + 1, name.size()))};
 }
 
 // The registry's calls would put "?" in the place of what the code page has not got.
 String text_of_code_page(const std::string& text) {
-    const String wide = from_utf8(text);
+    String wide = from_utf8(text);
     if (from_ansi(to_ansi(wide)) != wide) {
         throw UsageError("\"" + text + "\" holds characters that are not in Windows-1250");
     }

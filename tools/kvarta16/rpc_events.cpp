@@ -40,7 +40,7 @@ constexpr std::array<Trial, 12> trials = {
 
 // The value, tried out on a variable of the parameter's type.
 Variant value_for(const Parameter& parameter, const Json& json, const ObjectTable& objects) {
-    const Variant value = variant_of(json, objects);
+    Variant value = variant_of(json, objects);
     trials.at(static_cast<std::size_t>(parameter.type))(value);
     return value;
 }

@@ -59,7 +59,7 @@ class SettableVersion final : public ForwardingSystemInformation {
     };
 
     using ForwardingSystemInformation::ForwardingSystemInformation;
-    Long GetVersionExA(OSVERSIONINFO& version) override;
+    Long GetVersionExA(OSVERSIONINFO& record) override;
 
     bool is_set = false;
     std::optional<Version> version;  // nothing: the call fails

@@ -70,11 +70,12 @@ void kill_matching(StringView folder_path, StringView pattern_text) {
     }
     const FilesInUse in_use;
     for (const std::string& name : names) {
+        const std::string path = std::string(native).append("/").append(name);
         struct stat status {};
         if (::fstatat(folder.descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-            fail_by(errno, native + '/' + name);
+            fail_by(errno, path);
         }
-        remove_name(folder.descriptor(), name, status, in_use, native + '/' + name);
+        remove_name(folder.descriptor(), name, status, in_use, path);
     }
 }
 

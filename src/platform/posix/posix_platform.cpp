@@ -147,6 +147,13 @@ class SystemSleeper final : public Sleeper {
     }
 };
 
+// Never destroyed: connections that a program has left open would say good-bye when the thread's
+// own state is gone.
+posix::PosixInternet& lasting_internet() {
+    static auto* const internet = new posix::PosixInternet;
+    return *internet;
+}
+
 }  // namespace
 
 const Platform& posix_platform() noexcept {
@@ -160,9 +167,6 @@ const Platform& posix_platform() noexcept {
     static posix::PosixProcesses processes;
     static posix::PosixMessages messages;
     static posix::PosixFolderDialogs folder_dialogs;
-    // Never destroyed: connections that a program has left open would say good-bye when the
-    // thread's own state is gone.
-    static auto* const internet = new posix::PosixInternet;
     static posix::SpoolFolder spool_folder;
     static posix::PosixRegistry registry;
     static const Platform operations = [] {
@@ -177,7 +181,7 @@ const Platform& posix_platform() noexcept {
         made.processes = &processes;
         made.messages = &messages;
         made.folder_dialogs = &folder_dialogs;
-        made.internet = internet;
+        made.internet = &lasting_internet();
         made.registry = &registry;
         made.menus = &posix::menus();
         named_spoolers().serve_prefix(posix::spool_folder_prefix, spool_folder);

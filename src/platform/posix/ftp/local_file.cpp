@@ -9,6 +9,7 @@
 #include <kvarta16/platform/platform.h>
 #include <kvarta16/platform/posix/ftp/ftp_error.h>
 #include <kvarta16/platform/posix/ftp/local_file.h>
+#include <kvarta16/platform/posix/posix_paths.h>
 
 namespace kvarta16::posix {
 namespace {
@@ -16,8 +17,11 @@ namespace {
 constexpr mode_t new_file_mode = 0666;
 constexpr mode_t protected_mode = 0444;
 
-std::string native(StringView path) {
+std::string native(StringView path, LocalFile::Use use) {
     try {
+        if (use != LocalFile::Use::read) {
+            require_new_name(path);
+        }
         return platform().files->native_path(path);
     } catch (const Failure& failure) {
         throw FtpError(failure.number() == error::path_not_found ? internet_error::path_not_found
@@ -71,8 +75,8 @@ int flags_of(LocalFile::Use use) {
 
 }  // namespace
 
-LocalFile::LocalFile(StringView path, Use use) : path_(native(path)) {
-    file_ = ::open(path_.c_str(), flags_of(use), new_file_mode);
+LocalFile::LocalFile(StringView path, Use use)
+    : path_(native(path, use)), file_(::open(path_.c_str(), flags_of(use), new_file_mode)) {
     if (file_ < 0) {
         fail_by(errno, path_);
     }
@@ -125,7 +129,7 @@ void LocalFile::close() {
 }
 
 void expect_writable(StringView path, LocalFile::Use use) {
-    const std::string target = native(path);
+    const std::string target = native(path, use);
     struct stat status {};
     if (::stat(target.c_str(), &status) == 0) {
         if (use == LocalFile::Use::write_new) {
@@ -134,14 +138,13 @@ void expect_writable(StringView path, LocalFile::Use use) {
         if (!S_ISREG(status.st_mode)) {
             throw FtpError(internet_error::access_denied);
         }
-        if (::access(target.c_str(), W_OK) != 0) {
-            fail_by(errno, target);
+        if (::access(target.c_str(), W_OK) == 0) {
+            return;
         }
-    } else if (errno != ENOENT) {
-        fail_by(errno, target);
-    } else if (::access(folder_of(target).c_str(), W_OK) != 0) {
-        fail_by(errno, target);
+    } else if (errno == ENOENT && ::access(folder_of(target).c_str(), W_OK) == 0) {
+        return;
     }
+    fail_by(errno, target);
 }
 
 }  // namespace kvarta16::posix

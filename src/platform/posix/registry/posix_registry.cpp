@@ -41,7 +41,7 @@ std::string absolute_at_first(const std::string& path) {
 }
 
 std::string configuration_folder() {
-    const std::string told = environment("XDG_CONFIG_HOME");
+    std::string told = environment("XDG_CONFIG_HOME");
     if (told.starts_with('/')) {  // a relative one counts as not set
         return told;
     }

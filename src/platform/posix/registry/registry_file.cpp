@@ -51,7 +51,7 @@ auto uninterrupted(Call call) {
 }
 
 bool read_all(int file, std::string& bytes) {
-    std::array<char, 65536> buffer;
+    std::array<char, 65536> buffer{};
     for (;;) {
         const ssize_t count =
             uninterrupted([&] { return ::read(file, buffer.data(), buffer.size()); });
@@ -172,7 +172,7 @@ Copy copy_to(const std::string& name, const std::string& bytes) {
 std::string kept_aside(const std::string& path, const std::string& bytes) {
     constexpr int most_copies = 999;
     for (int number = 1; number <= most_copies; ++number) {
-        const std::string name = path + ".damaged-" + std::to_string(number);
+        std::string name = path + ".damaged-" + std::to_string(number);
         const Copy copy = copy_to(name, bytes);
         if (copy == Copy::Made) {
             return name;

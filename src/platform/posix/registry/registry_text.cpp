@@ -303,7 +303,7 @@ class Reader {
         while (accept(u'\\')) {
             skip_blanks();
             if (!is_at_line_end() || is_at_end()) {
-                refuse("a continued line ends with its \"\\\"");
+                refuse(R"(a continued line ends with its "\")");
             }
             end_line();
             skip_blanks();
