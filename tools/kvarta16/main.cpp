@@ -35,7 +35,8 @@ output, until the input ends.
   {"jsonrpc":"2.0","id":3,"method":"@1.NullStr","params":[null]}
 
 host.connect ["sqlite:FILE"] opens a database and makes the file if there is none, so that a client
-can work on a new one; host.connect ["odbc:DSN-or-connection-string"] one behind an ODBC driver.)";
+can work on a new one; host.connect ["odbc:DSN-or-connection-string"] one behind an ODBC driver.
+More methods of the host stand in docs/rpc.md.)";
 
 constexpr const char* call_help =
     R"(Calls a member of a class, or a primitive of the value layer, and prints its result; then each
