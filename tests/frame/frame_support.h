@@ -28,6 +28,8 @@
 
 #include <kvarta16/frame/value.h>
 
+#include "support/sanitized.h"
+
 namespace kvarta16::frame_tests {
 
 // ---- Showing values -------------------------------------------------------------------------
@@ -431,11 +433,7 @@ inline std::vector<Variant> one_of_each_subtype() {
 
 // A case takes some twenty times as long under a sanitizer, which looks at other things than
 // figures.
-#ifdef __SANITIZE_ADDRESS__
-inline constexpr bool is_sanitized = true;
-#else
-inline constexpr bool is_sanitized = false;
-#endif
+using testing_support::is_sanitized;
 inline constexpr int random_cases = is_sanitized ? 20'000 : 200'000;
 
 class Random {

@@ -4,20 +4,12 @@
 #include <sys/resource.h>
 
 #include "rpc_client.h"
+#include "support/sanitized.h"
 
 namespace tool_test {
 namespace {
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define KVARTA16_SANITIZED 1
-#endif
-#endif
-#if defined(KVARTA16_SANITIZED) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool is_sanitized = true;
-#else
-constexpr bool is_sanitized = false;
-#endif
+using kvarta16::testing_support::is_sanitized;
 
 // The answer to a call that shows the session alive and in step.
 void expect_alive(RpcClient& rpc) {
