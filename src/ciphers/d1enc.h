@@ -13,10 +13,11 @@
 
 #include <kvarta16/ciphers/table_cipher.h>
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class d1enc {
+class KVARTA16_EXPORT d1enc {
   public:
     // Sets the key, which stays until the next one; it cannot be read back. Its length counts in
     // 16 bits: of a key of 32768 to 65537 characters only the first is used. Strict; cannot fail.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16::ciphers {
 
@@ -17,7 +18,7 @@ inline constexpr Place absent = 255;
 // along it and runs on from its end to its beginning. So the character in row r and column c has
 // the place r + c, round the alphabet, and the row that holds k in column c is number k - c: the
 // table need not be there to be looked up.
-class CipherTable {
+class KVARTA16_EXPORT CipherTable {
   public:
     static constexpr std::size_t size = 115;
 

@@ -10,11 +10,12 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/dao.h>
 
 namespace kvarta16 {
 
-class Baza {
+class KVARTA16_EXPORT Baza {
   public:
     // Runs the statement `ss`, one that gives no rows, on `dbsNorth`, which stays the caller's. The
     // result is "" on success and else the failure's description. With `NotSilent` a box shows it

@@ -11,12 +11,15 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/dao.h>
 
 namespace kvarta16 {
 
-class ClsCzyśćBazęDAO {
+class KVARTA16_EXPORT ClsCzyśćBazęDAO {
   public:
+    // ---- Cleaning ---------------------------------------------------------------------------
+
     // The discipline of the two cleanings is their caller's choice. Without `IgnorujBłędy` they are
     // strict: a failure of the engine passes at once, and the database stays open until the object
     // is dropped or opens another. With it they are tolerant: a field that refuses its default
@@ -47,6 +50,8 @@ class ClsCzyśćBazęDAO {
     // Cleans the one table `NazwaTabeli`, which is written back in upper case; no name is special
     // here. Does nothing if there is no such table. Without a pause.
     void CZYŚĆ_BAZĘ_TMP(StringView ŚcieżkaBazy, Boolean IgnorujBłędy, String& NazwaTabeli);
+
+    // ---- Widening ---------------------------------------------------------------------------
 
     // Widens every text column of a table that takes less than 255 characters, by way of a
     // temporary column ccxxdfredvvcxds__ddfr. `TabelaWNawiasach` is the table's name with its

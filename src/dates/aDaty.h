@@ -14,10 +14,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class aDaty {
+class KVARTA16_EXPORT aDaty {
   public:
     // "Difference of dates": whole days from `da2` to `da1`, negative if `da1` is the earlier.
     // Times of day do not count. Tolerant: 0 beyond Long.

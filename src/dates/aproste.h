@@ -26,11 +26,12 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/ado.h>
 
 namespace kvarta16 {
 
-class aproste {
+class KVARTA16_EXPORT aproste {
   public:
     // ---- Dates and their texts (aproste_dates.cpp) ------------------------------------------
 
@@ -108,8 +109,8 @@ class aproste {
     [[nodiscard]] Integer AnyBool2Int(const Variant& B) const;
 
     [[nodiscard]] String Bool2Str(Boolean B) const;    // "1" or "0"; strict, never fails
-    [[nodiscard]] String Check2Str(Integer CH) const;  // "1" for 1 alone, or "0"; the same
-    [[nodiscard]] Integer Bool2Int(Boolean CH) const;  // 1 or 0; the same
+    [[nodiscard]] String Check2Str(Integer CH) const;  // "1" for 1 alone, or "0"; never fails
+    [[nodiscard]] Integer Bool2Int(Boolean CH) const;  // 1 or 0; strict, never fails
 
     // False for "NIE", "FAŁSZ" and "FALSE" in any case and for exactly "0"; true for any other
     // text, "" among them. Strict, and never fails.
@@ -168,7 +169,7 @@ class aproste {
     // ---- Truth values as numbers (aproste_truth.cpp) ----------------------------------------
 
     [[nodiscard]] Integer Chk2Bool(Integer c) const;      // -1 or 0; strict, never fails
-    [[nodiscard]] Integer Bool2INTBool(Boolean c) const;  // the same
+    [[nodiscard]] Integer Bool2INTBool(Boolean c) const;  // -1 or 0; strict, never fails
 
     // ---- Hours (aproste_hours.cpp) ----------------------------------------------------------
 

@@ -38,7 +38,7 @@ Date aproste::DateSerialSpr(Long Rok, Long Miesiąc, Long Dzień, Boolean IFFail
 }
 
 Date aproste::ObetnijGodz(Date da) const {
-    return {std::trunc(da.days)};
+    return {std::trunc(da.days) + 0.0};  // no zero with a sign
 }
 
 Date aproste::Str2Date(StringView s) const {

@@ -5,10 +5,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class B_WinWer {
+class KVARTA16_EXPORT B_WinWer {
   public:
     // Major version and minor / 10 of the NT family, 3.5 for its major version 3 and 4 for 4; 2.1
     // and 2.2 for the family before it, which are codes and no versions; 3.1 for the oldest. 0

@@ -6,10 +6,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class CBrowseForFolders {
+class KVARTA16_EXPORT CBrowseForFolders {
   public:
     // Lets the user choose a folder, with the tree open at `InDir`; with a true `InclFiles` files
     // can be chosen too. The result ends with "\" in every case, a chosen file's path included: a

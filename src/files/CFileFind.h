@@ -17,11 +17,12 @@
 #include <vector>
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/find_files.h>
 
 namespace kvarta16 {
 
-class CFileFind {
+class KVARTA16_EXPORT CFileFind {
   public:
     CFileFind() = default;
     ~CFileFind();
@@ -47,7 +48,11 @@ class CFileFind {
 
     // ---- The current entry ------------------------------------------------------------------
 
+    // The attributes as the platform gives them, added up: 1 read-only, 2 hidden, 4 system, 16
+    // directory, 32 archive, 128 normal, 256 temporary, 2048 compressed.
     [[nodiscard]] Long GetAttributes() const;
+
+    // Whether it has the attribute of the name.
     [[nodiscard]] Boolean IsArchived() const;
     [[nodiscard]] Boolean IsNormal() const;
     [[nodiscard]] Boolean IsTemporary() const;
@@ -89,9 +94,11 @@ class CFileFind {
 
     // The root and the name; the name alone as soon as FindFile has returned.
     [[nodiscard]] String GetFilePath() const;
+
+    // The name with its extension.
     [[nodiscard]] String GetFileName() const;
 
-    // The same of the short name, which is "" where the system keeps none.
+    // Path and name by the short name, which is "" where the system keeps none.
     [[nodiscard]] String GetShortPath() const;
     [[nodiscard]] String GetShortName() const;
 

@@ -15,10 +15,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class aIO {
+class KVARTA16_EXPORT aIO {
   public:
     // ---- Paths ------------------------------------------------------------------------------
 

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class amain {
+class KVARTA16_EXPORT amain {
   public:
     // The file version's major, minor and revision numbers and the component's name, joined by
     // ".", without leading zeros: "1.0.9999.kvarta16". The numbers are those that the build has

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
@@ -20,7 +21,7 @@ inline constexpr std::string_view library_id = "1537F93F-0C12-4BC6-8ADA-97638342
 inline constexpr Long locale_id = 0x409;
 }  // namespace type_library
 
-struct ClassInfo {
+struct KVARTA16_EXPORT ClassInfo {
     ClassHeader header;
     std::span<const MemberInfo> members;     // in interface order; empty if not built
     const EventInterface* events = nullptr;  // nullptr for a class without events
@@ -35,20 +36,20 @@ struct ClassInfo {
 };
 
 // The twenty public classes in the order of the type library.
-[[nodiscard]] std::span<const ClassInfo> public_classes();
+[[nodiscard]] KVARTA16_EXPORT std::span<const ClassInfo> public_classes();
 
 // The classes that stand in no type library and have no identifiers. Hosts may offer a way in to
 // them; they are created like a creatable class.
-[[nodiscard]] std::span<const ClassInfo> private_classes();
+[[nodiscard]] KVARTA16_EXPORT std::span<const ClassInfo> private_classes();
 
 // The public class of that name, or nullptr.
-[[nodiscard]] const ClassInfo* find_class(StringView name);
+[[nodiscard]] KVARTA16_EXPORT const ClassInfo* find_class(StringView name);
 
 // The value primitives, by the same kind of entries; their `self` is not looked at.
-[[nodiscard]] std::span<const MemberInfo> value_primitives();
+[[nodiscard]] KVARTA16_EXPORT std::span<const MemberInfo> value_primitives();
 
 // An object of the library in the hands of a late-bound caller.
-class ClassObject final : public Object {
+class KVARTA16_EXPORT ClassObject final : public Object {
   public:
     explicit ClassObject(const ClassInfo& info) : info_(&info), self_(info.create()) {}
 

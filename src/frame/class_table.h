@@ -17,6 +17,7 @@
 
 #include <functional>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/late_bound.h>
 
 namespace kvarta16 {
@@ -25,7 +26,7 @@ namespace kvarta16 {
 // their bare names. A creatable one exists when a caller creates it. A private one is in no type
 // library.
 enum class Instancing : std::uint8_t { Global, Creatable, Private };
-[[nodiscard]] StringView name_of(Instancing instancing) noexcept;
+[[nodiscard]] KVARTA16_EXPORT StringView name_of(Instancing instancing) noexcept;
 
 struct ClassHeader {
     StringView name;
@@ -108,7 +109,8 @@ struct ClassTable;
 // The calling thread's own instance of a global class; made at first use, dropped when the
 // thread ends.
 template <class C>
-requires(ClassTable<C>::header.instancing == Instancing::Global) [[nodiscard]] C& instance() {
+requires(ClassTable<C>::header.instancing == Instancing::Global)
+    [[nodiscard]] KVARTA16_EXPORT C& instance() {
     thread_local C object;
     return object;
 }

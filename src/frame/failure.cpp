@@ -32,7 +32,7 @@ constexpr NumberedText texts[] = {
     {74, u"Can't rename with different drive"},
     {75, u"Path/File access error"},
     {76, u"Path not found"},
-    {91, u"Object variable not set"},
+    {91, u"Object variable or With block variable not set"},
     {94, u"Invalid use of Null"},
 };
 

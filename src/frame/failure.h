@@ -14,6 +14,8 @@
 #include <string>
 #include <string_view>
 
+#include <kvarta16/frame/export.h>
+
 namespace kvarta16 {
 
 // The numbers that the library itself raises. A failing layer below (a database engine, say)
@@ -28,7 +30,7 @@ inline constexpr std::int32_t object_not_set = 91;    // a member of no object
 inline constexpr std::int32_t invalid_null = 94;      // Null where a value is needed
 }  // namespace error
 
-class Failure : public std::exception {
+class KVARTA16_EXPORT Failure : public std::exception {
   public:
     // A failure with the standard text of `number`, e.g. 13 "Type mismatch".
     explicit Failure(std::int32_t number);
@@ -47,10 +49,10 @@ class Failure : public std::exception {
 
 // The text that callers know for one of the library's own numbers and of those of the platform's
 // file and process calls; for any other number "Application-defined or object-defined error".
-[[nodiscard]] std::u16string_view failure_text(std::int32_t number) noexcept;
+[[nodiscard]] KVARTA16_EXPORT std::u16string_view failure_text(std::int32_t number) noexcept;
 
 // Raises the failure out of line, so that the paths that succeed stay small.
-[[noreturn]] void fail(std::int32_t number);
+[[noreturn]] KVARTA16_EXPORT void fail(std::int32_t number);
 
 namespace detail {
 

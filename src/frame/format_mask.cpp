@@ -231,6 +231,9 @@ String render_numeric_text(const NumberMask& mask, const NumericText& number) {
         }
         digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
         point = static_cast<std::int32_t>(digits.size()) + number.last_exponent;
+    } else if (!number.beyond_word) {
+        digits = std::to_string(number.mantissa);
+        point = static_cast<std::int32_t>(digits.size());
     } else {
         const DecimalDigits whole = digits_of(nearest);
         digits = whole.view();

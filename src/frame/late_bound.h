@@ -9,6 +9,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <span>
 #include <tuple>
 #include <type_traits>
@@ -16,6 +17,7 @@
 #include <variant>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/value.h>
 
 namespace kvarta16 {
@@ -24,6 +26,9 @@ namespace kvarta16 {
 
 enum class MemberKind : std::uint8_t { Method, PropertyGet, PropertyLet };
 enum class Passing : std::uint8_t { ByValue, ByReference };
+// GCC takes an enumerator of a scoped enum for a shadow of the type of its name.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
 enum class TypeName : std::uint8_t {
     None,  // a method without a result
     Variant,
@@ -38,7 +43,8 @@ enum class TypeName : std::uint8_t {
     Boolean,
     Object,
 };
-[[nodiscard]] StringView name_of(TypeName type) noexcept;
+#pragma GCC diagnostic pop
+[[nodiscard]] KVARTA16_EXPORT StringView name_of(TypeName type) noexcept;
 
 // The default of an optional parameter: the zero value of its type, or what the entry says.
 using DefaultValue = std::variant<std::monostate, Long, StringView>;
@@ -85,7 +91,7 @@ struct MemberInfo {
 // ---- Calling --------------------------------------------------------------------------------
 
 // A call whose number of arguments is not the member's: the caller's fault, and no Failure.
-class WrongArgumentCount : public std::exception {
+class KVARTA16_EXPORT WrongArgumentCount : public std::exception {
   public:
     [[nodiscard]] const char* what() const noexcept override { return "wrong number of arguments"; }
 };
@@ -97,7 +103,7 @@ class WrongArgumentCount : public std::exception {
 // after one that fails, it holds every argument as it stands, in the declared type; a reference
 // stays one, and its variable has been assigned if the member writes the argument.
 // Throws WrongArgumentCount, Failure.
-Variant invoke(const MemberInfo& member, void* self, Arguments& arguments);
+KVARTA16_EXPORT Variant invoke(const MemberInfo& member, void* self, Arguments& arguments);
 
 // ---- Making entries -------------------------------------------------------------------------
 
@@ -139,7 +145,7 @@ consteval TypeName type_name_of() {
 }
 
 // The argument as an object of the parameter's type. Fails: 13 on anything else, 94 on Null.
-ObjectPointer object_argument(const Variant& argument);
+KVARTA16_EXPORT ObjectPointer object_argument(const Variant& argument);
 
 // One argument on its way through a call: coerced before it, written back after it.
 template <class P>
@@ -203,26 +209,45 @@ class Passed {
     Type value_;
 };
 
+// Writes one argument back. A variable of the caller that refuses its value keeps none of the
+// others from theirs: the first refusal is kept.
+template <class P>
+void write_back(Passed<P>& passed, Variant& argument, std::optional<Failure>& refusal) {
+    try {
+        passed.write_back(argument);
+    } catch (const Failure& failure) {
+        if (!refusal) {
+            refusal = failure;
+        }
+    }
+}
+
 // Calls `target` with the arguments, all of them coerced first and written back on every way out.
+// The target's own failure goes before that of a variable that refuses its value.
 template <class Result, class... P, class Target, std::size_t... I>
 Variant call_with(Target&& target, Arguments& arguments, std::index_sequence<I...>) {
     // Braces, so that the arguments are coerced from the first to the last.
     std::tuple<Passed<P>...> passed{Passed<P>(arguments[I])...};
-    const auto write_back = [&] { (std::get<I>(passed).write_back(arguments[I]), ...); };
+    std::optional<Failure> refusal;
+    const auto write_all_back = [&] {
+        (write_back(std::get<I>(passed), arguments[I], refusal), ...);
+    };
+    Variant result;
     try {
         if constexpr (std::is_void_v<Result>) {
             target(std::get<I>(passed).get()...);
-            write_back();
-            return Variant();
         } else {
-            Variant result(std::remove_cvref_t<Result>(target(std::get<I>(passed).get()...)));
-            write_back();
-            return result;
+            result = Variant(std::remove_cvref_t<Result>(target(std::get<I>(passed).get()...)));
         }
     } catch (const Failure&) {
-        write_back();
+        write_all_back();
         throw;
     }
+    write_all_back();
+    if (refusal) {
+        throw *refusal;
+    }
+    return result;
 }
 
 // What a member pointer, or a plain function, is made of.

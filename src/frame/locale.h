@@ -12,6 +12,8 @@
 #include <array>
 #include <string_view>
 
+#include <kvarta16/frame/export.h>
+
 namespace kvarta16 {
 
 // The order of the parts of a numeric date that the machine's short date form has. A reader
@@ -43,11 +45,11 @@ struct Locale {
 };
 
 // The settings in force on the calling thread.
-[[nodiscard]] const Locale& locale() noexcept;
+[[nodiscard]] KVARTA16_EXPORT const Locale& locale() noexcept;
 
 // Puts other settings in force on the calling thread until the scope ends. `settings` must
 // outlive the scope.
-class ScopedLocale {
+class KVARTA16_EXPORT ScopedLocale {
   public:
     explicit ScopedLocale(const Locale& settings) noexcept;
     ~ScopedLocale();

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <string>
 
@@ -225,12 +226,22 @@ std::uint64_t divided(const NumericText& number, std::int32_t places) {
     return quotient + (above || (tie && quotient % 2 == 1) ? 1 : 0);
 }
 
+// The bits that a Double has no room for live on in the lowest one that is kept, far below those
+// that its rounding looks at.
 Double based_double(const NumericText& number) {
-    Double value = 0;
+    const int bits_of_digit = number.base == 16 ? 4 : 3;
+    std::uint64_t kept = 0;
+    int dropped_bits = 0;
     for (const char16_t unit : number.digits) {
-        value = value * number.base + hexadecimal_digit(unit);
+        const auto digit = static_cast<std::uint64_t>(hexadecimal_digit(unit));
+        if (kept >> 60 == 0) {
+            kept = kept << bits_of_digit | digit;
+        } else {
+            kept |= digit != 0 ? 1 : 0;
+            dropped_bits += bits_of_digit;
+        }
     }
-    return value;
+    return std::ldexp(static_cast<Double>(kept), dropped_bits);
 }
 
 // All digits, however many, through the correctly rounding reader of the standard library.

@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include <kvarta16/frame/civil.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
@@ -91,7 +92,7 @@ struct Decimal {
 // The base of everything that a Variant can hold as an object: connections, recordsets and the
 // like of the platform, and instances of the library's classes when a late-bound caller holds
 // them.
-class Object {
+class KVARTA16_EXPORT Object {
   public:
     virtual ~Object() = default;
     Object(const Object&) = delete;

@@ -11,6 +11,7 @@
 // be done is a Failure: 6 out of range, 13 of a kind that has no such value, 94 Null.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/failure.h>
 #include <kvarta16/frame/locale.h>
 #include <kvarta16/frame/text.h>
@@ -25,36 +26,36 @@ namespace kvarta16 {
 // tabs and line feeds are skipped wherever they stand, also between digits. Then: sign, digits,
 // "." and digits, E or D with a signed exponent; "&H" and "&O" read hexadecimal and octal
 // digits. Beyond the range of Double the result is infinite. Never fails.
-[[nodiscard]] Double ValPrefix(StringView text);
+[[nodiscard]] KVARTA16_EXPORT Double ValPrefix(StringView text);
 
 // The value to ten-thousandths. Integers and Boolean (-1 or 0) are exact; a Single, Double or
 // Date is multiplied by 10000 in Double and taken to the nearest count, a tie to the even one;
 // a Decimal and a numeric text go there exactly, with the same tie. Empty is 0.
 // Fails: 6 beyond Currency, 13 no numeric text or no number at all, 94 Null.
-[[nodiscard]] Currency ToCurrency(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Currency ToCurrency(const Variant& value);
 
 // The value to whole numbers: to the nearest, a tie to the even one (2.5 is 2, 3.5 is 4).
 // Fails: 6 beyond the type, 13, 94.
-[[nodiscard]] Integer ToInteger16(const Variant& value);
-[[nodiscard]] Long ToLong(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Integer ToInteger16(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Long ToLong(const Variant& value);
 
 // The same coercions to the types that have no primitive of their own in the interface.
 // to_boolean: any number but 0 is true; text is a truth word of the locale, "True" or "False" in
 // any case, or a numeric text. Fails: 6, 13, 94.
-[[nodiscard]] Byte to_byte(const Variant& value);
-[[nodiscard]] Single to_single(const Variant& value);
-[[nodiscard]] Double to_double(const Variant& value);
-[[nodiscard]] Boolean to_boolean(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Byte to_byte(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Single to_single(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Double to_double(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Boolean to_boolean(const Variant& value);
 
 // Whether a value counts as a number: every number subtype, Boolean and Empty, and a text that
 // all of it is a number under the locale: white space, sign before or after or parentheses
 // (minus), the currency symbol before the digits or behind a number without decimals, digits
 // with group separators, decimal separator and digits, exponent E or D; "&H" or "&O" and digits.
 // Not Null, Date, error codes and objects. Never fails.
-[[nodiscard]] Boolean IsNumericText(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Boolean IsNumericText(const Variant& value);
 
 // True exactly for Null, also through a reference.
-[[nodiscard]] Boolean IsNullValue(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Boolean IsNullValue(const Variant& value);
 
 // ---- Writing text ---------------------------------------------------------------------------
 
@@ -63,7 +64,7 @@ namespace kvarta16 {
 // notation from 1E+15 (1E+07) up and below 0.0001. Date: yyyy-MM-dd, and HH:mm:ss behind a blank
 // unless it is midnight. Boolean: the locale's word. Fails: 13 on an object, an error code, a
 // missing argument; 94 on Null.
-[[nodiscard]] String ToText(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT String ToText(const Variant& value);
 
 // The day on which a week begins, for the mask "ww"; week 1 is the week of 1 January.
 enum class WeekStart : std::uint8_t { Monday, Sunday };
@@ -81,10 +82,10 @@ enum class WeekStart : std::uint8_t { Monday, Sunday };
 //   The empty mask gives ToText.
 // Fails: 13 on a value that cannot be shown under the mask, Null among them; 6 on a number
 // beyond the dates under a date mask and on a text beyond Double.
-[[nodiscard]] String FormatMask(const Variant& value, StringView mask,
-                                WeekStart week_start = WeekStart::Monday);
+[[nodiscard]] KVARTA16_EXPORT String FormatMask(const Variant& value, StringView mask,
+                                                WeekStart week_start = WeekStart::Monday);
 // The same for money, without the way through a Variant.
-[[nodiscard]] String FormatMask(Currency value, StringView mask);
+[[nodiscard]] KVARTA16_EXPORT String FormatMask(Currency value, StringView mask);
 
 // ---- Dates ----------------------------------------------------------------------------------
 
@@ -93,16 +94,16 @@ enum class WeekStart : std::uint8_t { Monday, Sunday };
 // by its Polish name, genitive or three letters with separators or blanks; an optional time H:mm
 // or H:mm:ss behind a blank. Years 0 to 29 are 2000 to 2029, 30 to 99 are 1930 to 1999.
 // Fails: 6 outside the years 100 to 9999, 13 no date, 94 Null.
-[[nodiscard]] Date ToDate(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Date ToDate(const Variant& value);
 
 // Whether a value is a Date or a text that ToDate reads. Numbers are no dates. Never fails.
-[[nodiscard]] Boolean IsDateValue(const Variant& value);
+[[nodiscard]] KVARTA16_EXPORT Boolean IsDateValue(const Variant& value);
 
 // The date of a year, month and day. Years 0 to 29 are 2000 to 2029, 30 to 99 are 1930 to 1999;
 // then a month outside 1 to 12 rolls over into other years, then a day outside the month into
 // other months. Fails: 5 if the year, with the months rolled over, is outside 100 to 9999; 6 if
 // the days then leave these years.
-[[nodiscard]] Date MakeDate(Integer year, Integer month, Integer day);
+[[nodiscard]] KVARTA16_EXPORT Date MakeDate(Integer year, Integer month, Integer day);
 
 // ---- Rounding -------------------------------------------------------------------------------
 
@@ -111,11 +112,11 @@ enum class WeekStart : std::uint8_t { Monday, Sunday };
 // two decimals gives 1.00; Currency and Decimal are exact. Whole numbers, Boolean, Empty and Null
 // come back as they are; a numeric text is rounded as Double and comes back as text.
 // Fails: 5 negative decimals, 6 a Currency that leaves its range, 13 no number.
-[[nodiscard]] Variant RoundHalfEven(const Variant& value, Integer decimals);
+[[nodiscard]] KVARTA16_EXPORT Variant RoundHalfEven(const Variant& value, Integer decimals);
 
 // The same for one type, without the way through a Variant.
-[[nodiscard]] Double round_half_even(Double value, Integer decimals);
-[[nodiscard]] Currency round_half_even(Currency value, Integer decimals);
-[[nodiscard]] Decimal round_half_even(Decimal value, Integer decimals);
+[[nodiscard]] KVARTA16_EXPORT Double round_half_even(Double value, Integer decimals);
+[[nodiscard]] KVARTA16_EXPORT Currency round_half_even(Currency value, Integer decimals);
+[[nodiscard]] KVARTA16_EXPORT Decimal round_half_even(Decimal value, Integer decimals);
 
 }  // namespace kvarta16

@@ -51,4 +51,11 @@ void Variant::assign(const Variant& source) {
         *reference);
 }
 
+bool operator==(const Variant& a, const Variant& b) noexcept {
+    return a.visit([&b]<class T>(const T& held) {
+        const T* other = b.get_if<T>();
+        return other != nullptr && held == *other;
+    });
+}
+
 }  // namespace kvarta16

@@ -13,10 +13,15 @@
 #include <utility>
 #include <variant>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/failure.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
+
+// GCC takes an enumerator of a scoped enum for a shadow of the type of its name.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
 
 // The subtype codes that callers know. 12 and 15 to 16 are no subtypes.
 enum class Subtype : std::uint8_t {
@@ -36,6 +41,7 @@ enum class Subtype : std::uint8_t {
     Decimal = 14,
     Byte = 17,
 };
+#pragma GCC diagnostic pop
 
 struct EmptyValue {
     friend constexpr bool operator==(EmptyValue, EmptyValue) noexcept = default;
@@ -82,7 +88,7 @@ concept VariantAlternative = detail::value_index<T> < std::variant_size_v<detail
 template <VariantAlternative T>
 inline constexpr Subtype subtype_of = detail::value_subtypes[detail::value_index<T>];
 
-class Variant {
+class KVARTA16_EXPORT Variant {
     template <class Visitor>
     using VisitResult = std::invoke_result_t<Visitor&, const EmptyValue&>;
 
@@ -168,12 +174,7 @@ class Variant {
     void assign(const Variant& source);
 
     // The same subtype and the same value; a reference compares as the value it refers to.
-    friend bool operator==(const Variant& a, const Variant& b) noexcept {
-        return a.visit([&b]<class T>(const T& held) {
-            const T* other = b.get_if<T>();
-            return other != nullptr && held == *other;
-        });
-    }
+    KVARTA16_EXPORT friend bool operator==(const Variant& a, const Variant& b) noexcept;
 
   private:
     static constexpr Long missing_code = static_cast<Long>(0x80020004U);

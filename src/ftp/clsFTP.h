@@ -27,11 +27,12 @@
 #include <vector>
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/find_files.h>
 
 namespace kvarta16 {
 
-class clsFTP {
+class KVARTA16_EXPORT clsFTP {
   public:
     // True from a good Connect until Disconnect or until a caller clears it, which is how a
     // DownloadFileProgress is cancelled. The handles do not follow it.
@@ -89,7 +90,8 @@ class clsFTP {
     // Makes another directory the current one. Whether that worked is not told.
     void CurDir(StringView value);
 
-    // The platform's flag: 1 or 0. Nothing is recorded.
+    // Make a remote directory, delete an empty one, delete a file, give a file another name. The
+    // platform's flag: 1 or 0. Nothing is recorded.
     [[nodiscard]] Boolean MakeDir(StringView sPath);
     [[nodiscard]] Boolean DelDir(StringView sDirectory);
     [[nodiscard]] Boolean DeleteFile(StringView sFilename);

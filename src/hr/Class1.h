@@ -13,10 +13,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class Class1 {
+class KVARTA16_EXPORT Class1 {
   public:
     // Whether the 11th digit of `p` is what the ten before it demand.
     [[nodiscard]] Boolean Spr_PESEL(StringView p) const;

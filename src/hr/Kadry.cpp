@@ -188,13 +188,17 @@ Date search(Date start, const Base& base, const Total& total, const Service& ser
         return {};
     }
     constexpr std::int32_t all_passes = 65536;
-    const Kadry personnel;
-    const Civil first = civil_day(start);
-    Integer pass = base.years ? first_pass(start, first, *base.years, limit) : Integer{1};
-    for (std::int32_t passes = 0; passes < all_passes; ++passes) {
+    const auto put_base = [&] {
         total.months = base.months;
         total.days = base.days;
         total.years = base.years.value_or(total.years);
+    };
+    const Kadry personnel;
+    put_base();  // before a start that is no day of the calendar fails
+    const Civil first = civil_day(start);
+    Integer pass = base.years ? first_pass(start, first, *base.years, limit) : Integer{1};
+    for (std::int32_t passes = 0; passes < all_passes; ++passes) {
+        put_base();
         const Date last{start.days + pass};
         write(normalised_period(first, day_behind(last)), service.years, service.months,
               service.days);

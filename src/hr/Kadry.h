@@ -14,10 +14,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class Kadry {
+class KVARTA16_EXPORT Kadry {
   public:
     // "Give the day": Monday 0 to Sunday 6, and with `Święto` 6 on a public holiday too. The
     // weekday is told by the day's name in the machine's language, so that where that is not
@@ -31,8 +32,8 @@ class Kadry {
     void licz_okres(Date Data_od, Date Data_do, Integer& staz_lata, Integer& staz_miesiace,
                     Integer& staz_dni) const;
 
-    // The same with months borrowed before days, and nothing put right afterwards: months can be
-    // -1, years negative. Strict: 5.
+    // As licz_okres, with months borrowed before days and nothing put right afterwards: months can
+    // be -1, years negative. Strict: 5.
     void licz_okres2(Date Data_od, Date Data_do, Integer& staz_lata, Integer& staz_miesiace,
                      Integer& staz_dni) const;
 
@@ -68,6 +69,7 @@ class Kadry {
     [[nodiscard]] Date data_12m(Date DataOd, Integer Mies, Integer dni, Integer& suma_m,
                                 Integer& suma_d, Integer& suma_l, Integer& staz_lata,
                                 Integer& staz_miesiace, Integer& staz_dni) const;
+    // The base is `lata`, `Mies`, `dni`.
     [[nodiscard]] Date data_6l(Date DataOd, Integer lata, Integer Mies, Integer dni,
                                Integer& suma_m, Integer& suma_d, Integer& suma_l,
                                Integer& staz_lata, Integer& staz_miesiace, Integer& staz_dni) const;

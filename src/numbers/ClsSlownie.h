@@ -7,10 +7,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class ClsSłownie {
+class KVARTA16_EXPORT ClsSłownie {
   public:
     // "In words": the złoty in words, each with a capital and without a blank between them, the
     // grosze in digits as they stand.

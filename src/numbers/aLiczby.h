@@ -16,10 +16,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class aLiczby {
+class KVARTA16_EXPORT aLiczby {
   public:
     // Text for a field `x` characters wide: upper case, cut at the right, blanks at the left.
     // Null is blanks. Tolerant: a value without a text counts as Null; "" for a negative `x`.

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/variant.h>
 
 namespace kvarta16::ado {
@@ -35,7 +36,7 @@ inline constexpr Long error_invalid_connection = 3709;  // no connection, or a c
 
 class Connection;
 
-class Field {
+class KVARTA16_EXPORT Field {
   public:
     virtual ~Field() = default;
 
@@ -47,7 +48,7 @@ class Field {
     virtual void PutValue(const Variant& value) = 0;
 };
 
-class Recordset : public Object {
+class KVARTA16_EXPORT Recordset : public Object {
   public:
     // Runs a statement and stands on its first row. Fails if the recordset is open, the connection
     // is not, or the statement cannot be run.
@@ -75,7 +76,7 @@ class Recordset : public Object {
     virtual void Close() = 0;
 };
 
-class Connection : public virtual Object {
+class KVARTA16_EXPORT Connection : public virtual Object {
   public:
     // A new, closed recordset, to be opened on this connection.
     [[nodiscard]] virtual std::shared_ptr<Recordset> CreateRecordset() = 0;

@@ -1,11 +1,12 @@
 // The clock and the pause of the platform.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
 
-class Clock {
+class KVARTA16_EXPORT Clock {
   public:
     virtual ~Clock() = default;
 
@@ -13,7 +14,7 @@ class Clock {
     virtual Date Now() = 0;
 };
 
-class Sleeper {
+class KVARTA16_EXPORT Sleeper {
   public:
     virtual ~Sleeper() = default;
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/variant.h>
 
 namespace kvarta16::dao {
@@ -29,7 +30,7 @@ inline constexpr Integer dbMemo = 12;
 // A column of a table. Its name, type and size are those of the moment at which its collection was
 // read. It stays the field of that column until the column is dropped; then the other operations
 // fail.
-class Field : public Object {
+class KVARTA16_EXPORT Field : public Object {
   public:
     [[nodiscard]] virtual String Name() = 0;
     [[nodiscard]] virtual Integer Type() = 0;
@@ -51,14 +52,14 @@ class Field : public Object {
 
 // The columns of a table as they were when the collection was first read: columns that statements
 // add or drop afterwards change neither the count nor the places.
-class Fields : public Object {
+class KVARTA16_EXPORT Fields : public Object {
   public:
     [[nodiscard]] virtual Integer Count() = 0;
     // By the index from 0. Fails: 3265 for an index that is none.
     [[nodiscard]] virtual std::shared_ptr<Field> Item(Long index) = 0;
 };
 
-class TableDef : public Object {
+class KVARTA16_EXPORT TableDef : public Object {
   public:
     // The table's name. Writing renames the table in the file at once; also to a name that differs
     // in case alone.
@@ -68,7 +69,7 @@ class TableDef : public Object {
 };
 
 // An object may be a Database and a connection of another seam at once, and is one Object then.
-class Database : public virtual Object {
+class KVARTA16_EXPORT Database : public virtual Object {
   public:
     // The tables, in the collection's own order, which is that of their names without case; the
     // engine's own tables (names that begin with "MSys") are among them if the file has them. Read
@@ -83,7 +84,7 @@ class Database : public virtual Object {
     virtual void Close() = 0;
 };
 
-class DBEngine {
+class KVARTA16_EXPORT DBEngine {
   public:
     virtual ~DBEngine() = default;
 

@@ -4,6 +4,7 @@
 
 #include <span>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 #include <kvarta16/platform/files.h>
 
@@ -23,7 +24,7 @@ enum class Sharing : std::uint8_t {
 
 // A failure carries a number of `error` in files.h. A number that is not open is 52, an operation
 // that the mode does not allow is 54.
-class FileTable {
+class KVARTA16_EXPORT FileTable {
   public:
     virtual ~FileTable() = default;
 

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -38,7 +39,7 @@ inline constexpr Long file_access = 75;     // the system refuses: a folder, a r
 inline constexpr Long path_not_found = 76;  // a folder on the way is missing
 }  // namespace error
 
-class Files {
+class KVARTA16_EXPORT Files {
   public:
     virtual ~Files() = default;
 

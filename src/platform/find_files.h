@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -49,7 +50,7 @@ struct WIN32_FIND_DATA {
 inline constexpr Long INVALID_HANDLE_VALUE = -1;
 
 // None of these raises a failure: they answer 0, or INVALID_HANDLE_VALUE, where they cannot serve.
-class FindFiles {
+class KVARTA16_EXPORT FindFiles {
   public:
     virtual ~FindFiles() = default;
 

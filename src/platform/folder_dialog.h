@@ -1,6 +1,7 @@
 // The dialog of the platform that lets a person choose a folder.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -33,7 +34,7 @@ inline constexpr Long set_selection = 1126;    // BFFM_SETSELECTIONA
 }  // namespace browse_message
 
 // None of these raises a failure.
-class FolderDialogs {
+class KVARTA16_EXPORT FolderDialogs {
   public:
     virtual ~FolderDialogs() = default;
 

@@ -458,10 +458,27 @@ void FaultPlan::fail_at(std::string_view operation, Long n, FaultSpan span, Long
         throw std::invalid_argument("no operation of the platform is named \"" +
                                     std::string(operation) + "\"");
     }
+    add(std::move(operations), n, span, number);
+}
+
+void FaultPlan::fail_at(Long n, FaultSpan span, Long number) {
+    add({}, n, span, number);
+}
+
+void FaultPlan::add(std::vector<Operation> operations, Long n, FaultSpan span, Long number) {
     if (n < 1) {
         throw std::invalid_argument("calls are counted from 1");
     }
     faults_.push_back({std::move(operations), n, span, number});
+}
+
+std::string FaultPlan::last_failed() const {
+    if (!last_failed_) {
+        return {};
+    }
+    const auto* const entry =
+        std::ranges::find(operation_names, *last_failed_, &OperationName::operation);
+    return std::string(entry->object) + "." + std::string(entry->name);
 }
 
 void FaultPlan::count_call(Operation operation) {
@@ -473,7 +490,8 @@ void FaultPlan::count_call(Operation operation) {
 std::optional<Long> FaultPlan::fault_due(Operation operation) {
     std::optional<Long> due;
     for (Fault& fault : faults_) {
-        if (std::ranges::find(fault.operations, operation) == fault.operations.end()) {
+        if (!fault.operations.empty() &&
+            std::ranges::find(fault.operations, operation) == fault.operations.end()) {
             continue;
         }
         if (fault.calls_left > 1) {
@@ -485,7 +503,10 @@ std::optional<Long> FaultPlan::fault_due(Operation operation) {
         due = due.value_or(fault.number);
     }
     std::erase_if(faults_, [](const Fault& fault) { return fault.calls_left == 0; });
-    failed_calls_ += due.has_value() ? 1 : 0;
+    if (due) {
+        ++failed_calls_;
+        last_failed_ = operation;
+    }
     return due;
 }
 

@@ -28,6 +28,7 @@
 #include <utility>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/ado.h>
 #include <kvarta16/platform/clock.h>
 #include <kvarta16/platform/dao.h>
@@ -39,7 +40,7 @@ namespace kvarta16 {
 // ---- Wrappers -------------------------------------------------------------------------------
 
 // `target` must outlive the wrapper.
-class ForwardingBoxes : public MessageBoxes {
+class KVARTA16_EXPORT ForwardingBoxes : public MessageBoxes {
   public:
     explicit ForwardingBoxes(MessageBoxes& target) noexcept : target_(&target) {}
     MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override {
@@ -51,7 +52,7 @@ class ForwardingBoxes : public MessageBoxes {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingClock : public Clock {
+class KVARTA16_EXPORT ForwardingClock : public Clock {
   public:
     explicit ForwardingClock(Clock& target) noexcept : target_(&target) {}
     Date Now() override { return target_->Now(); }
@@ -61,7 +62,7 @@ class ForwardingClock : public Clock {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingSleeper : public Sleeper {
+class KVARTA16_EXPORT ForwardingSleeper : public Sleeper {
   public:
     explicit ForwardingSleeper(Sleeper& target) noexcept : target_(&target) {}
     void Sleep(Long milliseconds) override { target_->Sleep(milliseconds); }
@@ -73,7 +74,7 @@ class ForwardingSleeper : public Sleeper {
 namespace ado {
 
 // `target` must outlive the wrapper.
-class ForwardingField : public Field {
+class KVARTA16_EXPORT ForwardingField : public Field {
   public:
     explicit ForwardingField(Field& target) noexcept : target_(&target) {}
     String Name() override { return target_->Name(); }
@@ -84,7 +85,7 @@ class ForwardingField : public Field {
     Field* target_;
 };
 
-class ForwardingRecordset : public Recordset {
+class KVARTA16_EXPORT ForwardingRecordset : public Recordset {
   public:
     // `target` is not empty.
     explicit ForwardingRecordset(std::shared_ptr<Recordset> target) noexcept;
@@ -109,7 +110,7 @@ class ForwardingRecordset : public Recordset {
     std::map<Field*, std::unique_ptr<Field>> fields_;
 };
 
-class ForwardingConnection : public Connection {
+class KVARTA16_EXPORT ForwardingConnection : public Connection {
   public:
     // `target` is not empty.
     explicit ForwardingConnection(std::shared_ptr<Connection> target) noexcept;
@@ -135,7 +136,7 @@ namespace dao {
 // an operation gives comes from the object behind as it is; an override that cares about the
 // objects below wraps them.
 
-class ForwardingField : public Field {
+class KVARTA16_EXPORT ForwardingField : public Field {
   public:
     explicit ForwardingField(std::shared_ptr<Field> target) noexcept : target_(std::move(target)) {}
     String Name() override { return target_->Name(); }
@@ -150,7 +151,7 @@ class ForwardingField : public Field {
     std::shared_ptr<Field> target_;
 };
 
-class ForwardingFields : public Fields {
+class KVARTA16_EXPORT ForwardingFields : public Fields {
   public:
     explicit ForwardingFields(std::shared_ptr<Fields> target) noexcept
         : target_(std::move(target)) {}
@@ -161,7 +162,7 @@ class ForwardingFields : public Fields {
     std::shared_ptr<Fields> target_;
 };
 
-class ForwardingTableDef : public TableDef {
+class KVARTA16_EXPORT ForwardingTableDef : public TableDef {
   public:
     explicit ForwardingTableDef(std::shared_ptr<TableDef> target) noexcept
         : target_(std::move(target)) {}
@@ -173,7 +174,7 @@ class ForwardingTableDef : public TableDef {
     std::shared_ptr<TableDef> target_;
 };
 
-class ForwardingDatabase : public Database {
+class KVARTA16_EXPORT ForwardingDatabase : public Database {
   public:
     explicit ForwardingDatabase(std::shared_ptr<Database> target) noexcept
         : target_(std::move(target)) {}
@@ -185,7 +186,7 @@ class ForwardingDatabase : public Database {
     std::shared_ptr<Database> target_;
 };
 
-class ForwardingEngine : public DBEngine {
+class KVARTA16_EXPORT ForwardingEngine : public DBEngine {
   public:
     explicit ForwardingEngine(DBEngine& target) noexcept : target_(&target) {}
     std::shared_ptr<Database> CreateDatabase(StringView name, StringView locale) override {
@@ -321,7 +322,7 @@ enum class FaultSpan : std::uint8_t { Once, FromThenOn };
 
 // Which calls are to fail, and with which numbers. Used by one thread, as the objects are whose
 // calls it counts.
-class FaultPlan {
+class KVARTA16_EXPORT FaultPlan {
   public:
     // Makes the n-th call from now of an operation fail, and with FromThenOn every later one too.
     // The operation is named as the platform names it, "UpdateBatch", which stands for the calls
@@ -330,11 +331,19 @@ class FaultPlan {
     // Throws std::invalid_argument for a name that no operation bears and for n below 1.
     void fail_at(std::string_view operation, Long n, FaultSpan span, Long number);
 
+    // The same for the n-th call from now of any operation. A loop over n = 1, 2, 3, ... until
+    // nothing failed has every call of a run fail once.
+    void fail_at(Long n, FaultSpan span, Long number);
+
     // Takes back every fault that has been asked for.
     void clear() noexcept { faults_.clear(); }
 
     // How many calls have failed so far by this plan.
     [[nodiscard]] Long failed_calls() const noexcept { return failed_calls_; }
+
+    // The operation that has failed last by this plan, with its object, "Recordset.UpdateBatch";
+    // "" while none has.
+    [[nodiscard]] std::string last_failed() const;
 
     // Called before an operation is passed on. Fails with the number of the fault that falls due.
     void count_call(Operation operation);
@@ -345,14 +354,17 @@ class FaultPlan {
 
   private:
     struct Fault {
-        std::vector<Operation> operations;  // all that bear the name asked for
+        std::vector<Operation> operations;  // all that bear the name asked for; none: any
         Long calls_left;                    // 1: the next call fails
         FaultSpan span;
         Long number;
     };
 
+    void add(std::vector<Operation> operations, Long n, FaultSpan span, Long number);
+
     std::vector<Fault> faults_;
     Long failed_calls_ = 0;
+    std::optional<Operation> last_failed_;
 };
 
 // The same object with the faults of `plan` before each operation: one that is to fail is not
@@ -361,32 +373,41 @@ class FaultPlan {
 // comes from the object is covered too: the recordsets of a connection and their fields, the
 // databases of an engine with their tables and fields. A connection that is also a dao::Database
 // stays one. `target` must outlive the result.
-[[nodiscard]] std::shared_ptr<ado::Connection> faulting(std::shared_ptr<ado::Connection> target,
-                                                        std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<MessageBoxes> faulting(MessageBoxes& target,
-                                                     std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Clock> faulting(Clock& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Sleeper> faulting(Sleeper& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Files> faulting(Files& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<FindFiles> faulting(FindFiles& target,
-                                                  std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<FileTable> faulting(FileTable& target,
-                                                  std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Processes> faulting(Processes& target,
-                                                  std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Messages> faulting(Messages& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<SystemInformation> faulting(SystemInformation& target,
-                                                          std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Screen> faulting(Screen& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<FolderDialogs> faulting(FolderDialogs& target,
-                                                      std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Internet> faulting(Internet& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Registry> faulting(Registry& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Menus> faulting(Menus& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<Spooler> faulting(Spooler& target, std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::unique_ptr<dao::DBEngine> faulting(dao::DBEngine& target,
-                                                      std::shared_ptr<FaultPlan> plan);
-[[nodiscard]] std::shared_ptr<dao::Database> faulting(std::shared_ptr<dao::Database> target,
-                                                      std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::shared_ptr<ado::Connection> faulting(
+    std::shared_ptr<ado::Connection> target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<MessageBoxes> faulting(
+    MessageBoxes& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Clock> faulting(Clock& target,
+                                                              std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Sleeper> faulting(Sleeper& target,
+                                                                std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Files> faulting(Files& target,
+                                                              std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<FindFiles> faulting(FindFiles& target,
+                                                                  std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<FileTable> faulting(FileTable& target,
+                                                                  std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Processes> faulting(Processes& target,
+                                                                  std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Messages> faulting(Messages& target,
+                                                                 std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<SystemInformation> faulting(
+    SystemInformation& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Screen> faulting(Screen& target,
+                                                               std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<FolderDialogs> faulting(
+    FolderDialogs& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Internet> faulting(Internet& target,
+                                                                 std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Registry> faulting(Registry& target,
+                                                                 std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Menus> faulting(Menus& target,
+                                                              std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<Spooler> faulting(Spooler& target,
+                                                                std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::unique_ptr<dao::DBEngine> faulting(
+    dao::DBEngine& target, std::shared_ptr<FaultPlan> plan);
+[[nodiscard]] KVARTA16_EXPORT std::shared_ptr<dao::Database> faulting(
+    std::shared_ptr<dao::Database> target, std::shared_ptr<FaultPlan> plan);
 
 }  // namespace kvarta16

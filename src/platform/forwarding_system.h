@@ -2,6 +2,7 @@
 // forwarding.h.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/file_table.h>
 #include <kvarta16/platform/files.h>
 #include <kvarta16/platform/find_files.h>
@@ -18,7 +19,7 @@
 namespace kvarta16 {
 
 // `target` must outlive the wrapper.
-class ForwardingFiles : public Files {
+class KVARTA16_EXPORT ForwardingFiles : public Files {
   public:
     explicit ForwardingFiles(Files& target) noexcept : target_(&target) {}
     Long GetAttr(StringView path) override { return target_->GetAttr(path); }
@@ -40,7 +41,7 @@ class ForwardingFiles : public Files {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingFindFiles : public FindFiles {
+class KVARTA16_EXPORT ForwardingFindFiles : public FindFiles {
   public:
     explicit ForwardingFindFiles(FindFiles& target) noexcept : target_(&target) {}
     Long FindFirstFileA(StringView name, WIN32_FIND_DATA& data) override {
@@ -68,7 +69,7 @@ class ForwardingFindFiles : public FindFiles {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingFileTable : public FileTable {
+class KVARTA16_EXPORT ForwardingFileTable : public FileTable {
   public:
     explicit ForwardingFileTable(FileTable& target) noexcept : target_(&target) {}
     Integer FreeFile() override { return target_->FreeFile(); }
@@ -88,7 +89,7 @@ class ForwardingFileTable : public FileTable {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingProcesses : public Processes {
+class KVARTA16_EXPORT ForwardingProcesses : public Processes {
   public:
     explicit ForwardingProcesses(Processes& target) noexcept : target_(&target) {}
     Double Shell(StringView command_line, Integer style) override {
@@ -102,7 +103,7 @@ class ForwardingProcesses : public Processes {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingMessages : public Messages {
+class KVARTA16_EXPORT ForwardingMessages : public Messages {
   public:
     explicit ForwardingMessages(Messages& target) noexcept : target_(&target) {}
     Long GetInputState() override { return target_->GetInputState(); }
@@ -116,7 +117,7 @@ class ForwardingMessages : public Messages {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingSystemInformation : public SystemInformation {
+class KVARTA16_EXPORT ForwardingSystemInformation : public SystemInformation {
   public:
     explicit ForwardingSystemInformation(SystemInformation& target) noexcept : target_(&target) {}
     Long GetVersionExA(OSVERSIONINFO& version) override { return target_->GetVersionExA(version); }
@@ -129,7 +130,7 @@ class ForwardingSystemInformation : public SystemInformation {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingScreen : public Screen {
+class KVARTA16_EXPORT ForwardingScreen : public Screen {
   public:
     explicit ForwardingScreen(Screen& target) noexcept : target_(&target) {}
     void PutMousePointer(Long pointer) override { target_->PutMousePointer(pointer); }
@@ -139,7 +140,7 @@ class ForwardingScreen : public Screen {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingFolderDialogs : public FolderDialogs {
+class KVARTA16_EXPORT ForwardingFolderDialogs : public FolderDialogs {
   public:
     explicit ForwardingFolderDialogs(FolderDialogs& target) noexcept : target_(&target) {}
     Long SHBrowseForFolder(const BROWSEINFO& info) override {
@@ -158,7 +159,7 @@ class ForwardingFolderDialogs : public FolderDialogs {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingInternet : public Internet {
+class KVARTA16_EXPORT ForwardingInternet : public Internet {
   public:
     explicit ForwardingInternet(Internet& target) noexcept : target_(&target) {}
     Long InternetOpenA(StringView agent, Long access_type, StringView proxy,
@@ -225,7 +226,7 @@ class ForwardingInternet : public Internet {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingRegistry : public Registry {
+class KVARTA16_EXPORT ForwardingRegistry : public Registry {
   public:
     explicit ForwardingRegistry(Registry& target) noexcept : target_(&target) {}
     Long RegOpenKeyA(Long key, StringView path, Long& result) override {
@@ -255,7 +256,7 @@ class ForwardingRegistry : public Registry {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingMenus : public Menus {
+class KVARTA16_EXPORT ForwardingMenus : public Menus {
   public:
     explicit ForwardingMenus(Menus& target) noexcept : target_(&target) {}
     Long GetMenu(Long window) override { return target_->GetMenu(window); }
@@ -289,7 +290,7 @@ class ForwardingMenus : public Menus {
 };
 
 // `target` must outlive the wrapper.
-class ForwardingSpooler : public Spooler {
+class KVARTA16_EXPORT ForwardingSpooler : public Spooler {
   public:
     explicit ForwardingSpooler(Spooler& target) noexcept : target_(&target) {}
     Long OpenPrinterA(StringView name, Long& handle, const PRINTER_DEFAULTS& defaults) override {

@@ -7,6 +7,7 @@
 
 #include <span>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 #include <kvarta16/platform/find_files.h>
 
@@ -47,7 +48,7 @@ inline constexpr Long transfer_type_ascii = 1;            // FTP_TRANSFER_TYPE_A
 inline constexpr Long transfer_type_binary = 2;           // FTP_TRANSFER_TYPE_BINARY
 }  // namespace internet
 
-class Internet {
+class KVARTA16_EXPORT Internet {
   public:
     virtual ~Internet() = default;
 

@@ -4,6 +4,7 @@
 // included.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -18,7 +19,7 @@ inline constexpr Long LR_LOADFROMFILE = 16;
 inline constexpr Long LR_LOADTRANSPARENT = 32;
 inline constexpr Long LR_LOADMAP3DCOLORS = 4096;
 
-class Menus {
+class KVARTA16_EXPORT Menus {
   public:
     virtual ~Menus() = default;
 

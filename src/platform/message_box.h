@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -20,7 +21,7 @@ inline constexpr Long button_mask = 7;  // the bits of the style that say which 
 
 enum class MsgBoxResult : Long { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
-class MessageBoxes {
+class KVARTA16_EXPORT MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
 

@@ -1,6 +1,7 @@
 // The messages that wait for the calling thread: keys and mouse.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -21,7 +22,7 @@ inline constexpr Long WM_KEYFIRST = 256;
 inline constexpr Long PM_REMOVE = 1;
 
 // None of these fails.
-class Messages {
+class KVARTA16_EXPORT Messages {
   public:
     virtual ~Messages() = default;
 

@@ -9,11 +9,12 @@
 #include <mutex>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/spooler.h>
 
 namespace kvarta16 {
 
-class NamedSpoolers final : public Spooler {
+class KVARTA16_EXPORT NamedSpoolers final : public Spooler {
   public:
     // Names that begin with exactly this go to `spooler`, which gets them whole; the first prefix
     // that fits decides.
@@ -52,6 +53,6 @@ class NamedSpoolers final : public Spooler {
 };
 
 // Those of this process, which its default platform uses.
-[[nodiscard]] NamedSpoolers& named_spoolers() noexcept;
+[[nodiscard]] KVARTA16_EXPORT NamedSpoolers& named_spoolers() noexcept;
 
 }  // namespace kvarta16

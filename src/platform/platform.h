@@ -9,6 +9,7 @@
 //   const ScopedPlatform scope(mine);
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/clock.h>
 #include <kvarta16/platform/message_box.h>
 #include <kvarta16/platform/unavailable.h>
@@ -16,7 +17,7 @@
 namespace kvarta16 {
 
 // None of the pointers is ever null; what they point to outlives the Platform's use.
-struct Platform {
+struct KVARTA16_EXPORT Platform {
     MessageBoxes* message_boxes = nullptr;
     Clock* clock = nullptr;
     Sleeper* sleeper = nullptr;
@@ -39,14 +40,14 @@ struct Platform {
 };
 
 // The set in force on the calling thread.
-[[nodiscard]] const Platform& platform() noexcept;
+[[nodiscard]] KVARTA16_EXPORT const Platform& platform() noexcept;
 
 // What threads without a scope of their own use. An adapter puts its operations in before main, a
 // host before its first thread uses the library; they must live to the end of the program.
-[[nodiscard]] Platform& default_platform() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Platform& default_platform() noexcept;
 
 // Puts another set in force on the calling thread until the scope ends.
-class ScopedPlatform {
+class KVARTA16_EXPORT ScopedPlatform {
   public:
     explicit ScopedPlatform(const Platform& operations) noexcept;
     ~ScopedPlatform();

@@ -1,6 +1,7 @@
 // Starting programs, and keys for those that run.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -11,7 +12,7 @@ inline constexpr Integer hidden = 0;
 inline constexpr Integer maximized_focus = 3;
 }  // namespace window_style
 
-class Processes {
+class KVARTA16_EXPORT Processes {
   public:
     virtual ~Processes() = default;
 

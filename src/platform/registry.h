@@ -11,6 +11,7 @@
 // the caller the type that it has had.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -40,7 +41,7 @@ inline constexpr Long corrupt = 1015;          // the store is damaged
 inline constexpr Long key_deleted = 1018;      // the open key is not there any more
 }  // namespace registry_status
 
-class Registry {
+class KVARTA16_EXPORT Registry {
   public:
     virtual ~Registry() = default;
 

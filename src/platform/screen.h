@@ -1,13 +1,14 @@
 // The screen of the application.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
 
 inline constexpr Long default_mouse_pointer = 0;
 
-class Screen {
+class KVARTA16_EXPORT Screen {
   public:
     virtual ~Screen() = default;
 

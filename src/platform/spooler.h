@@ -5,6 +5,7 @@
 
 #include <span>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -27,7 +28,7 @@ struct PRINTER_DEFAULTS {
     Long DesiredAccess = 0;
 };
 
-class Spooler {
+class KVARTA16_EXPORT Spooler {
   public:
     virtual ~Spooler() = default;
 

@@ -1,6 +1,7 @@
 // What the system tells of itself.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16 {
@@ -20,7 +21,7 @@ struct OSVERSIONINFO {
 };
 
 // None of these raises a failure: they answer 0 where they cannot serve.
-class SystemInformation {
+class KVARTA16_EXPORT SystemInformation {
   public:
     virtual ~SystemInformation() = default;
 

@@ -2,6 +2,7 @@
 // platform does where it has not got them.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/dao.h>
 #include <kvarta16/platform/file_table.h>
 #include <kvarta16/platform/files.h>
@@ -19,42 +20,42 @@
 namespace kvarta16 {
 
 // Every operation fails as for a missing file (53).
-[[nodiscard]] Files& unavailable_files() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Files& unavailable_files() noexcept;
 
 // No engine is installed (429).
-[[nodiscard]] dao::DBEngine& unavailable_db_engine() noexcept;
+[[nodiscard]] KVARTA16_EXPORT dao::DBEngine& unavailable_db_engine() noexcept;
 
 // Nothing is found, no path has a full or a short form, no time is one.
-[[nodiscard]] FindFiles& unavailable_find_files() noexcept;
+[[nodiscard]] KVARTA16_EXPORT FindFiles& unavailable_find_files() noexcept;
 
 // No file can be opened (53); no number is open.
-[[nodiscard]] FileTable& unavailable_file_table() noexcept;
+[[nodiscard]] KVARTA16_EXPORT FileTable& unavailable_file_table() noexcept;
 
 // There is no program (53), no window and nothing that takes keys (5).
-[[nodiscard]] Processes& unavailable_processes() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Processes& unavailable_processes() noexcept;
 
 // No message waits; the pump has nothing to run.
-[[nodiscard]] Messages& unavailable_messages() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Messages& unavailable_messages() noexcept;
 
 // No version record and no system directory.
-[[nodiscard]] SystemInformation& unavailable_system_information() noexcept;
+[[nodiscard]] KVARTA16_EXPORT SystemInformation& unavailable_system_information() noexcept;
 
 // No screen: there is no pointer to change.
-[[nodiscard]] Screen& unavailable_screen() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Screen& unavailable_screen() noexcept;
 
 // Nobody can be asked: a cancel.
-[[nodiscard]] FolderDialogs& unavailable_folder_dialogs() noexcept;
+[[nodiscard]] KVARTA16_EXPORT FolderDialogs& unavailable_folder_dialogs() noexcept;
 
 // No session and no connection can be had (12029).
-[[nodiscard]] Internet& unavailable_internet() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Internet& unavailable_internet() noexcept;
 
 // No key can be opened (5).
-[[nodiscard]] Registry& unavailable_registry() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Registry& unavailable_registry() noexcept;
 
 // No window has a menu, and none can be made.
-[[nodiscard]] Menus& unavailable_menus() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Menus& unavailable_menus() noexcept;
 
 // There is no printer.
-[[nodiscard]] Spooler& unavailable_spooler() noexcept;
+[[nodiscard]] KVARTA16_EXPORT Spooler& unavailable_spooler() noexcept;
 
 }  // namespace kvarta16

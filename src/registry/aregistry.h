@@ -17,11 +17,12 @@
 #include <span>
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/registry/selector_rows.h>
 
 namespace kvarta16 {
 
-class aregistry {
+class KVARTA16_EXPORT aregistry {
   public:
     // The text of the value `strP` at the selector's base path: GetRegistryK without a sub-key.
     [[nodiscard]] Variant GetRegistry(StringView strP, Long DataS);
@@ -51,7 +52,7 @@ class aregistry {
     // Deletes the value `strValue` of the key `strPath` below `hKey`. Always Empty. Tolerant.
     Variant DeleteValue(Long hKey, StringView strPath, StringView strValue);
 
-    // The same two over the older table.
+    // As SaveRegistryK and GetRegistryK, over the older table.
     void SaveRegistryK_do_wersji12(StringView KEYs, StringView strP, StringView DaneStr,
                                    Long DataS);
     [[nodiscard]] Variant GetRegistryK_do_wersji12(StringView KEYs, StringView strP, Long DataS);

@@ -19,6 +19,7 @@
 #include <cstddef>
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/ado.h>
 
 namespace kvarta16 {
@@ -39,7 +40,7 @@ inline constexpr std::size_t interest_row_count = 87;
 
 // An object has no state. All methods are strict: the first failure of the database passes with
 // its own number and text, and the rest of the run is not attempted.
-class Akt {
+class KVARTA16_EXPORT Akt {
   public:
     // The condition of an SQL statement that the date in the column `pole` falls on the day `OOd`,
     // at any time of day; a time in `OOd` makes no difference. `pole` is copied as it stands,

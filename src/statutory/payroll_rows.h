@@ -33,8 +33,7 @@
 //     50      minimum monthly wage
 //     51      average monthly wage of the last published quarter
 //     52      a second published average monthly wage: quarterly to 2009-06, then each January,
-//     with
-//             none for 2023
+//             with none for 2023
 //     53      mean number of working days in a month
 //     54, 56  one amount of the family-benefit scheme
 //     55, 57  two amounts of the family-benefit scheme

@@ -4,10 +4,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class Class3 {
+class KVARTA16_EXPORT Class3 {
   public:
     // "Remove hyphen": `s` without any "-". Strict; nothing can fail.
     [[nodiscard]] String Myslnik_Usun(StringView s) const;

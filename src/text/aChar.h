@@ -16,10 +16,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class aChar {
+class KVARTA16_EXPORT aChar {
   public:
     // The caller's own, "" at the start. The library neither reads nor writes it.
     String c_aaa;

@@ -2,7 +2,7 @@
 // the class.
 #pragma once
 
-#include <kvarta16/frame/types.h>
+#include <kvarta16/frame/ansi.h>
 
 namespace kvarta16::code_pages {
 
@@ -41,23 +41,10 @@ inline constexpr PolishLetter polish_letters[] = {
     // clang-format on
 };
 
-// The upper half of Windows-1250, from 128 up. The five codes that it leaves free (129, 131, 136,
-// 144, 152) stand for the control characters of their numbers.
-inline constexpr StringView windows_1250_from_128 =
-    u"€\u0081‚\u0083„…†‡\u0088‰Š‹ŚŤŽŹ"
-    u"\u0090‘’“”•–—\u0098™š›śťžź"
-    u"\u00A0ˇ˘Ł¤Ą¦§¨©Ş«¬\u00AD®Ż"
-    u"°±˛ł´µ¶·¸ąş»Ľ˝ľż"
-    u"ŔÁÂĂÄĹĆÇČÉĘËĚÍÎĎ"
-    u"ĐŃŇÓÔŐÖ×ŘŮÚŰÜÝŢß"
-    u"ŕáâăäĺćçčéęëěíîď"
-    u"đńňóôőö÷řůúűüýţ˙";
-static_assert(windows_1250_from_128.size() == 128);
-
 // A code of another set as it stands in a text: the character that this byte is in Windows-1250,
 // on every system, so that a text written out under that code page has the other set's bytes.
 [[nodiscard]] constexpr char16_t character_of(Byte code) {
-    return code < 128 ? code : windows_1250_from_128[code - 128U];
+    return ansi_unit(code);
 }
 
 }  // namespace kvarta16::code_pages

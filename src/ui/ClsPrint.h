@@ -8,10 +8,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class ClsPrint {
+class KVARTA16_EXPORT ClsPrint {
   public:
     // Sends the file `sFile`, byte by byte, to the printer of the name `PrnName`, which is tried as
     // it stands, in lower case and in capitals. The job bears the name behind the last "\" of

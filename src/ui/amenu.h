@@ -16,10 +16,11 @@
 #pragma once
 
 #include <kvarta16/frame/class_table.h>
+#include <kvarta16/frame/export.h>
 
 namespace kvarta16 {
 
-class amenu {
+class KVARTA16_EXPORT amenu {
   public:
     // A bitmap from a file, its colours made those of the screen and its first pixel's colour
     // transparent: its handle, 0 if the file is none. The handle stays until the program ends.

@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include <kvarta16/frame/utf8.h>
+#include <kvarta16/platform/platform.h>
 #include <kvarta16/platform/sqlite/sqlite_connection.h>
 
 #include "usage_error.h"
@@ -20,10 +22,17 @@ std::optional<std::string_view> behind(std::string_view scheme, std::string_view
     return name.substr(scheme.size());
 }
 
+// A Windows path lies on the drive as the files of the platform have it; any other is the system's.
+std::string system_path(std::string_view path) {
+    const bool is_windows =
+        path.size() > 2 && path[1] == ':' && (path[2] == '\\' || path[2] == '/');
+    return is_windows ? platform().files->native_path(from_utf8(path)) : std::string(path);
+}
+
 class SqliteDatabase final : public Database {
   public:
     SqliteDatabase(std::string_view path, Use use)
-        : db_(sqlite::connect(path,
+        : db_(sqlite::connect(system_path(path),
                               {.create = use == Use::Filling, .read_only = use == Use::Reading})) {}
 
     std::shared_ptr<ado::Connection> connection() override { return db_; }

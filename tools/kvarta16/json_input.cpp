@@ -163,6 +163,10 @@ class Rewriter {
 }  // namespace
 
 Json parse_json(std::string_view text) {
+    // To the parser a NUL is the end of the text, whatever stands behind it.
+    if (text.find('\0') != std::string_view::npos) {
+        throw Refusal(RefusalCode::NoJson, "Parse error");
+    }
     const std::string rewritten = Rewriter(text).run();
     // Without exceptions the parser's own message, which quotes the input at length, is not made.
     Json value = Json::parse(rewritten, nullptr, false);

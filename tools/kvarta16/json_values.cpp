@@ -105,7 +105,7 @@ Variant read_object(const Tagged& tagged) {
     const auto number = read_whole<std::int64_t>(tagged.value);
     const ObjectPointer object = tagged.objects.find(number);
     if (object == nullptr && number != 0) {
-        refuse("no object " + std::to_string(number));
+        throw Refusal(RefusalCode::UnknownMethod, "no object " + std::to_string(number));
     }
     return object;
 }

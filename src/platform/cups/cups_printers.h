@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16::cups {
@@ -16,9 +17,9 @@ struct Printer {
 };
 
 // In the server's order. Nothing where there is no server.
-[[nodiscard]] std::vector<Printer> printers();
+[[nodiscard]] KVARTA16_EXPORT std::vector<Printer> printers();
 
 // The server that is asked, as a person would name it.
-[[nodiscard]] std::string server_name();
+[[nodiscard]] KVARTA16_EXPORT std::string server_name();
 
 }  // namespace kvarta16::cups

@@ -15,11 +15,12 @@
 #include <memory>
 #include <mutex>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/spooler.h>
 
 namespace kvarta16::cups {
 
-class CupsSpooler final : public Spooler {
+class KVARTA16_EXPORT CupsSpooler final : public Spooler {
   public:
     CupsSpooler();
     ~CupsSpooler() override;
@@ -55,6 +56,6 @@ class CupsSpooler final : public Spooler {
 };
 
 // That of this process.
-[[nodiscard]] CupsSpooler& spooler() noexcept;
+[[nodiscard]] KVARTA16_EXPORT CupsSpooler& spooler() noexcept;
 
 }  // namespace kvarta16::cups

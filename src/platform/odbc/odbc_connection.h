@@ -21,6 +21,7 @@
 #include <string>
 #include <string_view>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/ado.h>
 #include <kvarta16/platform/odbc/odbc_dialect.h>
 
@@ -32,7 +33,7 @@ struct ConnectOptions {
 
 // A connection to one server, on the thread that made it. What it stores is as durable as the
 // server makes a committed transaction.
-class OdbcConnection : public ado::Connection {
+class KVARTA16_EXPORT OdbcConnection : public ado::Connection {
   public:
     // Runs one statement in the server's own SQL (UTF-8). Rows that it gives are dropped.
     virtual void execute(std::string_view sql) = 0;
@@ -47,11 +48,11 @@ class OdbcConnection : public ado::Connection {
 // Connects by a data source's name or by a connection string, in UTF-8. Fails, among others: 3151
 // no such data source or driver, no server, no answer; 3029 the name or password is not accepted;
 // 3001 an empty name.
-[[nodiscard]] std::shared_ptr<OdbcConnection> connect(std::string_view utf8_name,
-                                                      ConnectOptions options = {});
+[[nodiscard]] KVARTA16_EXPORT std::shared_ptr<OdbcConnection> connect(std::string_view utf8_name,
+                                                                      ConnectOptions options = {});
 
 // A connection's name without what is nobody else's business, for messages: the data source, or
 // the attributes of a connection string that say where it leads.
-[[nodiscard]] std::string shown_name(std::string_view utf8_name);
+[[nodiscard]] KVARTA16_EXPORT std::string shown_name(std::string_view utf8_name);
 
 }  // namespace kvarta16::odbc

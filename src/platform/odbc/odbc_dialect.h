@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include <kvarta16/frame/export.h>
+
 namespace kvarta16::odbc {
 
 // A hidden column that tells a row of a table without a primary key from its like.
@@ -56,9 +58,10 @@ struct Dialect {
 };
 
 // The dialect of a product; one of the common language for a product that is not known.
-[[nodiscard]] const Dialect& dialect_of(std::string_view product) noexcept;
+[[nodiscard]] KVARTA16_EXPORT const Dialect& dialect_of(std::string_view product) noexcept;
 
 // A name between the driver's quoting characters.
-[[nodiscard]] std::string quoted_name(std::string_view utf8_name, std::string_view quote);
+[[nodiscard]] KVARTA16_EXPORT std::string quoted_name(std::string_view utf8_name,
+                                                      std::string_view quote);
 
 }  // namespace kvarta16::odbc

@@ -16,6 +16,8 @@
 
 #include <sys/types.h>
 
+#include <kvarta16/frame/export.h>
+
 namespace kvarta16::posix {
 
 struct Program {
@@ -24,12 +26,12 @@ struct Program {
 };
 
 // Whether a path of the system is a file, through symbolic links; a folder is none.
-[[nodiscard]] bool is_program_file(const std::string& path);
+[[nodiscard]] KVARTA16_EXPORT bool is_program_file(const std::string& path);
 
 // The program of this name in the folders of PATH: the first that may be executed, else the first
 // file of this name. Empty entries of PATH count for nothing: the current directory is not
 // searched.
-[[nodiscard]] std::optional<std::string> program_on_path(const std::string& name);
+[[nodiscard]] KVARTA16_EXPORT std::optional<std::string> program_on_path(const std::string& name);
 
 struct Started {
     pid_t process = 0;  // that of the program
@@ -39,7 +41,7 @@ struct Started {
 // Starts a program that runs on by itself, in a session of its own, so that a Ctrl-C at the
 // caller's terminal does not reach it. What it writes goes nowhere. Returns when it runs or has
 // failed to.
-[[nodiscard]] Started start_program(Program program);
+[[nodiscard]] KVARTA16_EXPORT Started start_program(Program program);
 
 struct Ended {
     int status = 0;      // the exit status; 128 and the signal's number if a signal has ended it
@@ -48,7 +50,7 @@ struct Ended {
 
 // Runs the program of this name on PATH to its end. One that takes longer than `limit` is killed.
 // Nothing if there is no such program or it cannot be started.
-[[nodiscard]] std::optional<Ended> run_program(
+[[nodiscard]] KVARTA16_EXPORT std::optional<Ended> run_program(
     const std::vector<std::string>& words,
     std::optional<std::chrono::milliseconds> limit = std::nullopt);
 

@@ -29,6 +29,7 @@
 #include <optional>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/menus.h>
 
 namespace kvarta16::posix {
@@ -49,7 +50,7 @@ struct MenuBitmap {
     Integer bits_per_pixel = 0;
 };
 
-class MenusInMemory final : public Menus {
+class KVARTA16_EXPORT MenusInMemory final : public Menus {
   public:
     using Observer = std::function<void(Long window)>;
 
@@ -117,6 +118,6 @@ class MenusInMemory final : public Menus {
 };
 
 // Those of this process, which its default platform uses.
-[[nodiscard]] MenusInMemory& menus() noexcept;
+[[nodiscard]] KVARTA16_EXPORT MenusInMemory& menus() noexcept;
 
 }  // namespace kvarta16::posix

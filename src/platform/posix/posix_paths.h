@@ -26,6 +26,7 @@
 
 #include <string>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16::posix {
@@ -34,7 +35,7 @@ namespace kvarta16::posix {
 // one that is relative counts from the present current directory. The folder need not exist yet.
 // False, and nothing is mapped, if `letter` is no letter from A to Y in either case. To be called
 // while no other thread uses files.
-[[nodiscard]] bool map_drive(char16_t letter, const std::string& folder);
+[[nodiscard]] KVARTA16_EXPORT bool map_drive(char16_t letter, const std::string& folder);
 
 // What a Windows path leads to.
 struct Location {
@@ -45,42 +46,42 @@ struct Location {
 };
 
 // Fails as native_path() does.
-[[nodiscard]] Location located(StringView path);
+[[nodiscard]] KVARTA16_EXPORT Location located(StringView path);
 
 // A path cut before its last name: "C:\dane\" and "*.mdb", "C:" and "a", "." and "a", "\" and "a".
 struct SplitPath {
     String folder;
     String name;  // "" where the path ends with a separator
 };
-[[nodiscard]] SplitPath split_last_name(StringView path);
+[[nodiscard]] KVARTA16_EXPORT SplitPath split_last_name(StringView path);
 
 // The path of the system for a Windows path, absolute. It ends with a separator if `path` does, so
 // that the system's calls tell a folder from a file. Fails: 52 for an empty text and for one that
 // holds a NUL, half a surrogate pair or a wildcard, 76 for a drive that does not exist and for a
 // network path. A file of the system whose name holds "*" or "?" has no Windows path: what deletes
 // by wildcards would take others with it.
-[[nodiscard]] std::string native_path(StringView path);
+[[nodiscard]] KVARTA16_EXPORT std::string native_path(StringView path);
 
 // Fails with 52 where the last name of a path is one that Windows does not let a new file or folder
 // bear: with one of < > | " : or a wildcard in it.
-void require_new_name(StringView path);
+KVARTA16_EXPORT void require_new_name(StringView path);
 
 // The Windows path in full, by the text alone: nothing need exist, not even the drive. The drive
 // letter stays in its case, a separator at the end stays too. Fails as native_path() does, but for
 // a drive that does not exist.
-[[nodiscard]] String full_path(StringView path);
+[[nodiscard]] KVARTA16_EXPORT String full_path(StringView path);
 
 // Makes a drive the current one and its directory, or its root where that has gone, the process's
 // real one. Fails: 5 for what is no letter, 68 for a drive that does not exist or cannot be
 // entered.
-void change_drive(char16_t letter);
+KVARTA16_EXPORT void change_drive(char16_t letter);
 
 // Makes a folder the directory of its drive. Fails: 76 for what is no folder or cannot be entered,
 // 52 for a text that is no path.
-void change_directory(StringView path);
+KVARTA16_EXPORT void change_directory(StringView path);
 
 // The directory of the current drive by the names that the file system has: "Z:\home\anna", "C:\".
 // Fails: 76 where it has gone.
-[[nodiscard]] String current_directory();
+[[nodiscard]] KVARTA16_EXPORT String current_directory();
 
 }  // namespace kvarta16::posix

@@ -3,6 +3,7 @@
 // A program that links kvarta16::posix has it as its default platform without doing anything.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/platform.h>
 
 namespace kvarta16 {
@@ -20,6 +21,6 @@ namespace kvarta16 {
 // Registry: two text files, registry/posix_registry.h.
 // Menus: in memory, menus_in_memory.h. Spooler: printers "spool:FOLDER", spool_folder.h, and beside
 // them those of the print server where its adapter is linked, named_spoolers.h.
-[[nodiscard]] const Platform& posix_platform() noexcept;
+[[nodiscard]] KVARTA16_EXPORT const Platform& posix_platform() noexcept;
 
 }  // namespace kvarta16

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/frame/types.h>
 
 namespace kvarta16::posix {
@@ -10,6 +11,6 @@ namespace kvarta16::posix {
 // For an absolute path of the system without a separator at its end (but the root): the path on the
 // drive whose folder it lies deepest in, else on drive Z:. A drive's own folder is "C:\". "" for a
 // file that does not exist, and for one that no Windows path leads back to.
-[[nodiscard]] String windows_path(const std::string& native);
+[[nodiscard]] KVARTA16_EXPORT String windows_path(const std::string& native);
 
 }  // namespace kvarta16::posix

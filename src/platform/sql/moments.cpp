@@ -101,8 +101,9 @@ bool scan_zone(Scanner& scanner) noexcept {
         return true;
     }
     const bool hours = scanner.number(2, 2) >= 0;
-    scanner.skip_any(":");
-    return hours && (scanner.at_end() || scanner.number(2, 2) >= 0);
+    const bool colon = scanner.skip_any(":");
+    const bool minutes = scanner.number(2, 2) >= 0;
+    return hours && (minutes || !colon);
 }
 
 std::optional<std::int32_t> scan_time(Scanner& scanner) noexcept {

@@ -69,9 +69,7 @@ class FileField final : public dao::Field {
         const bool is_none = value.is(Subtype::Empty) || IsNullValue(value);
         const String text = is_none ? String() : default_given(value);
         change([&](Database& file, const Table& table, const Column& column) {
-            if (default_text(column) != text) {
-                set_default(file, table, column, text);
-            }
+            set_default(file, table, column, text);
         });
     }
     bool AllowZeroLength() override {

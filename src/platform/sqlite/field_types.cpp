@@ -132,10 +132,14 @@ FieldType type_of_declaration(std::string_view declared) {
     const auto* found = std::ranges::find(declared_words, word, &Declared::word);
     const Integer code =
         found != std::end(declared_words) ? found->type : type_of_affinity(declared);
+    const std::optional<Long> told = length_in(type);
+    if (word == "TEXT" && told && *told >= 1 && *told <= longest_text) {
+        return {dbText, *told};
+    }
     if (!has_length(code)) {
         return {code, size_of(code)};
     }
-    const Long length = length_in(type).value_or(longest_text);
+    const Long length = told.value_or(longest_text);
     if (length < 1 || length > longest_text) {
         return {code == dbText ? dbMemo : dbLongBinary, 0};
     }

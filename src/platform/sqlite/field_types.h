@@ -7,8 +7,9 @@
 //   MEMO                  MEMO                  dbMemo, 0
 //   CURRENCY              CURRENCY              dbCurrency, 8
 //
-// A TEXT that another program has declared has no limit and is a dbMemo; so is a VARCHAR of more
-// than 255 characters. A type that is not known counts as what the engine makes of its values.
+// A TEXT without a length that another program has declared has no limit and is a dbMemo; so is a
+// TEXT or VARCHAR of more than 255 characters. A type that is not known counts as what the engine
+// makes of its values.
 #pragma once
 
 #include <string>

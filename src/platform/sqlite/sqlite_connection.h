@@ -20,6 +20,7 @@
 #include <memory>
 #include <string_view>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/ado.h>
 
 namespace kvarta16::sqlite {
@@ -33,7 +34,7 @@ struct OpenOptions {
 // A connection to one file, on the thread that made it. Each row that is stored is synced to the
 // disk. A file that is still empty is filled through a write-ahead log and has a rollback journal
 // again when the connection ends; any other file keeps the mode that it has.
-class SqliteConnection : public ado::Connection {
+class KVARTA16_EXPORT SqliteConnection : public ado::Connection {
   public:
     // Runs statements, separated by ";", in SQLite's own SQL (UTF-8). Rows that they give are
     // dropped. Outside a transaction each statement is durable by itself; BEGIN, COMMIT and
@@ -52,7 +53,7 @@ class SqliteConnection : public ado::Connection {
 // "file:" or is ":memory:". The file is read at once, so that one that is no database fails here.
 // Fails, among others: 3024 no such file, 3044 no such folder or no path at all, 3051 a folder or
 // no permission, 3343 no database, 3428 damaged, 3260 locked for longer than the time-out.
-[[nodiscard]] std::shared_ptr<SqliteConnection> connect(std::string_view utf8_path,
-                                                        OpenOptions options = {});
+[[nodiscard]] KVARTA16_EXPORT std::shared_ptr<SqliteConnection> connect(std::string_view utf8_path,
+                                                                        OpenOptions options = {});
 
 }  // namespace kvarta16::sqlite

@@ -16,6 +16,7 @@
 // wherever one is wanted. Statements and properties within a transaction of that side belong to it.
 #pragma once
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/dao.h>
 
 namespace kvarta16::sqlite {
@@ -27,9 +28,9 @@ namespace kvarta16::sqlite {
 // permission, 3343 no database (a file without content included), 3428 a damaged or shortened one,
 // 3260 locked by another program for longer than five seconds. A file that may only be read is
 // opened; writing then fails with 3027.
-[[nodiscard]] dao::DBEngine& db_engine() noexcept;
+[[nodiscard]] KVARTA16_EXPORT dao::DBEngine& db_engine() noexcept;
 
 // The locale that CreateDatabase was given, kept in the file; "" in a file of another program.
-[[nodiscard]] String locale_of(dao::Database& database);
+[[nodiscard]] KVARTA16_EXPORT String locale_of(dao::Database& database);
 
 }  // namespace kvarta16::sqlite

@@ -229,12 +229,15 @@ class ByNameAlone {
 };
 
 // A default as an expression. In the table's text of another program a word, or a name in double
-// quotes, is a text there and would be a column in a statement.
+// quotes, backticks or brackets, is a text there and would be a column in a statement.
 std::string default_as_value(const std::string& default_sql) {
     if (default_sql.empty()) {
         return "NULL";
     }
-    const bool is_quoted = default_sql.size() > 1 && default_sql.front() == '"';
+    constexpr std::string_view openings = "\"`[";
+    constexpr std::string_view closings = "\"`]";
+    const std::size_t quote = openings.find(default_sql.front());
+    const bool is_quoted = default_sql.size() > 1 && quote != std::string_view::npos;
     const bool is_word = std::ranges::all_of(default_sql, [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
     });
@@ -249,7 +252,8 @@ std::string default_as_value(const std::string& default_sql) {
     std::string text = "'";
     for (std::size_t i = is_quoted ? 1 : 0; i < default_sql.size() - (is_quoted ? 1 : 0); ++i) {
         text.append(default_sql[i] == '\'' ? 2 : 1, default_sql[i]);
-        i += is_quoted && default_sql[i] == '"' ? 1 : 0;  // doubled within the quotes
+        // Doubled within the quotes.
+        i += is_quoted && default_sql[i] == closings[quote] && quote < 2 ? 1 : 0;
     }
     return text + '\'';
 }
@@ -623,6 +627,16 @@ void rename_table(Database& database, const Table& table, StringView name) {
     const std::string utf8 = to_utf8(name);
     const std::string wanted = " RENAME TO " + quoted_name(utf8);
     if (sqlite3_stricmp(utf8.c_str(), to_utf8(table.name).c_str()) != 0) {
+        try {
+            database.define("ALTER TABLE " + table.sql + wanted, table.name);
+            return;
+        } catch (const Failure&) {
+            if (!same_name(name, table.name)) {
+                throw;
+            }
+        }
+        // A view or trigger that is broken anyway is no reason against Polish capitals.
+        const ByNameAlone by_name_alone(database);
         database.define("ALTER TABLE " + table.sql + wanted, table.name);
         return;
     }

@@ -6,6 +6,8 @@
 
 #include <chrono>
 
+#include <kvarta16/frame/export.h>
+
 namespace kvarta16::posix {
 
 struct FtpSettings {
@@ -20,9 +22,9 @@ struct FtpSettings {
 
 // Those of the process. At the first use all three are KVARTA16_FTP_TIMEOUT of the environment,
 // whole seconds from 1 to 86400, where it holds such a number.
-[[nodiscard]] FtpSettings& ftp_settings();
+[[nodiscard]] KVARTA16_EXPORT FtpSettings& ftp_settings();
 
 // The settings by the text of that variable; null for one that is not set.
-[[nodiscard]] FtpSettings ftp_settings_from(const char* seconds);
+[[nodiscard]] KVARTA16_EXPORT FtpSettings ftp_settings_from(const char* seconds);
 
 }  // namespace kvarta16::posix

@@ -17,6 +17,7 @@
 #include <optional>
 #include <vector>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/posix/registry/registry_file.h>
 #include <kvarta16/platform/posix/registry/registry_text.h>
 #include <kvarta16/platform/registry.h>
@@ -31,17 +32,17 @@ struct RegistryPlaces {
 
 // By the environment as it stands. A relative path counts from the directory in which the process
 // was when that path was first asked for.
-[[nodiscard]] RegistryPlaces registry_places();
+[[nodiscard]] KVARTA16_EXPORT RegistryPlaces registry_places();
 
 // The handle of a root that has its file here, by its full name.
-[[nodiscard]] std::optional<Long> handle_of_root(StringView full_name);
+[[nodiscard]] KVARTA16_EXPORT std::optional<Long> handle_of_root(StringView full_name);
 
 // A handle stands for a key by its path. All openings of one key have one number, which is counted
 // and free again when all of them are closed, so that a reader that closes nothing keeps a number
 // for each key and none for each reading; those of keys that have gone are dropped in time.
 //
 // Usable from several threads.
-class PosixRegistry final : public Registry {
+class KVARTA16_EXPORT PosixRegistry final : public Registry {
   public:
     explicit PosixRegistry(std::function<RegistryPlaces()> places = registry_places)
         : places_(std::move(places)) {}

@@ -23,11 +23,12 @@
 
 #include <stdexcept>
 
+#include <kvarta16/frame/export.h>
 #include <kvarta16/platform/posix/registry/registry_tree.h>
 
 namespace kvarta16::posix::registry {
 
-class TextError final : public std::runtime_error {
+class KVARTA16_EXPORT TextError final : public std::runtime_error {
   public:
     TextError(std::size_t line, const std::string& words)
         : std::runtime_error("line " + std::to_string(line) + ": " + words), line_(line) {}
@@ -49,10 +50,10 @@ struct Change {
 
 // The full name of a root from its full or short name in any case: "hkcu", "HKEY_CURRENT_USER". ""
 // for any other.
-[[nodiscard]] StringView root_name(StringView name);
+[[nodiscard]] KVARTA16_EXPORT StringView root_name(StringView name);
 
 // What the bytes ask for. Throws TextError.
-[[nodiscard]] std::vector<Change> read_text(std::string_view bytes);
+[[nodiscard]] KVARTA16_EXPORT std::vector<Change> read_text(std::string_view bytes);
 
 // Does it to a tree whose top keys are the roots. Deleting what is not there changes nothing.
 void apply(Key& tree, const Change& change);
@@ -70,6 +71,6 @@ void write_key(std::string& text, const String& path, const Key& key);
 
 // A text of write_key() as the platform's own programs write it: UTF-16 with its mark, lines that
 // end by CR LF.
-[[nodiscard]] std::string as_utf16(std::string_view text);
+[[nodiscard]] KVARTA16_EXPORT std::string as_utf16(std::string_view text);
 
 }  // namespace kvarta16::posix::registry
