@@ -12,7 +12,8 @@ function(kvarta16_target_defaults target)
   target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${CMAKE_BINARY_DIR}/include>"
                                               "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
   # Money rules are stated step by step in Double: a fused multiply-add would skip a rounding.
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Werror
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion
+                                           $<$<BOOL:${KVARTA16_WERROR}>:-Werror>
                                            -ffp-contract=off
                                            # GCC takes an enumerator of a scoped enum for a shadow.
                                            "$<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>")
