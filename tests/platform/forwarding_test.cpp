@@ -13,6 +13,7 @@
 #include <support/fake_platform.h>
 #include <support/memory_ado.h>
 
+#include <kvarta16/frame/utf8.h>
 #include <kvarta16/platform/forwarding.h>
 
 namespace kvarta16 {
@@ -566,6 +567,52 @@ TEST(FaultPlan, CoversWhatComesFromAnEngineLater) {
     EXPECT_EQ(failures, (std::vector<Long>{0, 70, 0}));
 }
 
+TEST(FaultPlan, CountsTheCallsOfEveryOperation) {
+    Covered covered;
+    covered.plan->fail_at(3, FaultSpan::Once, 70);
+    std::vector<Long> failures;
+    for (int i = 0; i < 2; ++i) {
+        failures.push_back(failure_of([&] { static_cast<void>(covered.recordset->IsEOF()); }));
+        failures.push_back(failure_of([&] { static_cast<void>(covered.clock->Now()); }));
+    }
+    EXPECT_EQ(failures, (std::vector<Long>{0, 0, 70, 0}));
+    covered.plan->fail_at(2, FaultSpan::FromThenOn, 71);
+    EXPECT_EQ(failure_of([&] { static_cast<void>(covered.clock->Now()); }), 0);
+    EXPECT_EQ(failure_of([&] { static_cast<void>(covered.clock->Now()); }), 71);
+    EXPECT_EQ(failure_of([&] { static_cast<void>(covered.mdb->TableDefs()); }), 71);
+    EXPECT_EQ(covered.plan->failed_calls(), 3);
+    covered.plan->clear();
+    EXPECT_EQ(failure_of([&] { static_cast<void>(covered.clock->Now()); }), 0);
+}
+
+// A call counts for the faults of its own operation and for those of any.
+TEST(FaultPlan, CountsACallForNameAndForAny) {
+    Covered covered;
+    covered.plan->fail_at(2, FaultSpan::Once, 70);
+    covered.plan->fail_at("Now", 1, FaultSpan::Once, 71);
+    std::vector<Long> failures;
+    for (int i = 0; i < 3; ++i) {
+        failures.push_back(failure_of([&] { static_cast<void>(covered.clock->Now()); }));
+    }
+    EXPECT_EQ(failures, (std::vector<Long>{71, 70, 0}));
+}
+
+TEST(FaultPlan, TellsWhatHasFailedLast) {
+    Covered covered;
+    EXPECT_EQ(covered.plan->last_failed(), "");
+    covered.plan->fail_at(2, FaultSpan::FromThenOn, 70);
+    static_cast<void>(covered.recordset->IsEOF());
+    EXPECT_EQ(covered.plan->last_failed(), "");
+    static_cast<void>(
+        failure_of([&] { covered.recordset->UpdateBatch(ado::Affect::adAffectCurrent); }));
+    EXPECT_EQ(covered.plan->last_failed(), "Recordset.UpdateBatch");
+    static_cast<void>(failure_of([&] { static_cast<void>(covered.column->Name()); }));
+    EXPECT_EQ(covered.plan->last_failed(), "Field.Name");
+    covered.plan->clear();
+    static_cast<void>(covered.clock->Now());
+    EXPECT_EQ(covered.plan->last_failed(), "Field.Name");
+}
+
 TEST(FaultPlan, RefusesWhatIsNoOperation) {
     FaultPlan plan;
     for (const char* name : {"", ".", "IsEOF", "PutValue", "open", "Recordset", "Recordset.",
@@ -574,6 +621,7 @@ TEST(FaultPlan, RefusesWhatIsNoOperation) {
         EXPECT_THROW(plan.fail_at(name, 1, FaultSpan::Once, 70), std::invalid_argument) << name;
     }
     EXPECT_THROW(plan.fail_at("Open", 0, FaultSpan::Once, 70), std::invalid_argument);
+    EXPECT_THROW(plan.fail_at(0, FaultSpan::Once, 70), std::invalid_argument);
     EXPECT_THROW(plan.fail_at("Open", -1, FaultSpan::FromThenOn, 70), std::invalid_argument);
     EXPECT_NO_THROW(plan.count_call(Operation::RecordsetOpen));
 }
