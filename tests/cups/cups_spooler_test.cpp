@@ -126,7 +126,7 @@ TEST_F(OnPrintServer, WhatComesOutIsTheFileByteByByte) {
     }
     std::vector<std::string> files{every_byte, std::string(1, '\0'), "\x1A",
                                    "\x04\x1B%-12345X\r\n"};
-    for (const std::size_t size : {1, 16383, 16384, 16385, 32768, 100000}) {
+    for (const std::size_t size : {1U, 16383U, 16384U, 16385U, 32768U, 100000U}) {
         files.push_back(bytes_of_size(size));
     }
     for (const std::string& bytes : files) {

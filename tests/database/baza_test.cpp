@@ -113,6 +113,15 @@ TEST_F(NewMdb, AsksAgainAfter600Passes) {
     EXPECT_NE(disk.find(path), nullptr);
 }
 
+// Any other answer, if a host's box gives one, goes on.
+TEST_F(NewMdb, NoIsTheOnlyRefusal) {
+    disk.add(path).is_held = true;
+    answer({MsgBoxResult::Ok, MsgBoxResult::Cancel, MsgBoxResult::Ok, MsgBoxResult::No});
+    EXPECT_FALSE(run());
+    EXPECT_EQ(disk.calls("Kill"), 900U);
+    EXPECT_EQ(box_texts(), (Lines{overwrite, wait_on, wait_on, wait_on}));
+}
+
 // Nothing can be deleted before the call of that number.
 class HoldingFiles final : public ForwardingFiles {
   public:

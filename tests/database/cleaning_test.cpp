@@ -515,6 +515,32 @@ TEST(TolerantCleaning, NoFailureReachesTheCaller) {
     }
 }
 
+// The same of the one table: its name is written back, and there is no pause.
+TEST(TolerantCleaning, NoFailureReachesTheCallerOfTheOneTable) {
+    for (const char* operation :
+         {"OpenDatabase", "TableDefs", "TableDef.Name", "TableDef.Fields", "Count", "Item", "Type",
+          "Field.Name", "AllowZeroLength", "DefaultValue", "Execute", "Database.Close"}) {
+        for (Long n = 1;; ++n) {
+            SCOPED_TRACE(std::string(operation) + " " + std::to_string(n));
+            FaultyPlatform host;
+            MemoryMdb& mdb = host.disk().add_database(path);
+            fill(mdb);
+            host.plan->fail_at(operation, n, FaultSpan::Once, 4711);
+            ClsCzyśćBazęDAO cleaner;
+            String table = u"towary";
+            EXPECT_NO_THROW(cleaner.CZYŚĆ_BAZĘ_TMP(path, true, table));
+            EXPECT_EQ(table, u"TOWARY");
+            EXPECT_EQ(host.disk().open_databases(), 0);
+            EXPECT_TRUE(host.fake.sleeper.sleeps.empty());
+            if (host.plan->failed_calls() == 0) {
+                EXPECT_EQ(mdb.table_names(),
+                          (Lines{"MSysObjects", "TOWARY", "Błędy wklejania", "zmiany"}));
+                break;
+            }
+        }
+    }
+}
+
 // ---- Statements -----------------------------------------------------------------------------
 
 TEST_F(Cleaning, RunsStatementsAsBazaDoes) {

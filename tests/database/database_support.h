@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <support/fake_platform.h>
 
+#include <kvarta16/frame/utf8.h>
 #include <kvarta16/platform/forwarding.h>
 
 namespace kvarta16::database_tests {

@@ -1,4 +1,5 @@
 // Dates read from text, written as text, and built from numbers.
+#include <cmath>
 #include <optional>
 
 #include "dates_support.h"
@@ -215,6 +216,7 @@ TEST(WithoutTime, OfEveryDay) {
 TEST(WithoutTime, BeyondTheCalendar) {
     EXPECT_EQ(simple().ObetnijGodz(Date{-1e9 - 0.5}).days, -1e9);
     EXPECT_EQ(simple().ObetnijGodz(Date{1e9 + 0.5}).days, 1e9);
+    EXPECT_FALSE(std::signbit(simple().ObetnijGodz(Date{-0.5}).days));
     EXPECT_EQ(failure_of([] { return simple().Date2Str(Date{1e9}); }), 13);
 }
 

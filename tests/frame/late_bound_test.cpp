@@ -42,6 +42,15 @@ class Sample {
         text += u"!";
         fail(error::subscript);
     }
+    void RewriteTwo(String& first, Integer& second) {
+        first += u"!";
+        ++second;
+    }
+    void RewriteTwoAndFail(String& first, String& second) {
+        first += u"!";
+        second += u"!";
+        fail(error::subscript);
+    }
     [[nodiscard]] Integer Strict(const Variant& value) const { return ToInteger16(value); }
     [[nodiscard]] String Optional(const String& first, Integer second, const String& third,
                                   Long& fourth) const {
@@ -82,6 +91,10 @@ constexpr MemberInfo rewrite = method<&Sample::Rewrite>(
     by_reference(u"day"), by_reference(u"flag"), by_reference(u"any"));
 constexpr MemberInfo rewrite_and_fail =
     method<&Sample::RewriteAndFail>(u"RewriteAndFail", by_reference(u"text"));
+constexpr MemberInfo rewrite_two =
+    method<&Sample::RewriteTwo>(u"RewriteTwo", by_reference(u"first"), by_reference(u"second"));
+constexpr MemberInfo rewrite_two_and_fail = method<&Sample::RewriteTwoAndFail>(
+    u"RewriteTwoAndFail", by_reference(u"first"), by_reference(u"second"));
 constexpr MemberInfo strict = method<&Sample::Strict>(u"Strict", by_value(u"value"));
 constexpr MemberInfo with_optional =
     method<&Sample::Optional>(u"Optional", by_value(u"first"), optional(by_value(u"second")),
@@ -382,6 +395,20 @@ TEST(Invoke, WritesBackWhatWasWrittenBeforeAFailure) {
     Arguments arguments{Variant::reference(text)};
     Sample sample;
     EXPECT_EQ(failure_of([&] { return invoke(rewrite_and_fail, &sample, arguments); }), 9);
+    EXPECT_EQ(text, u"text!");
+}
+
+TEST(Invoke, AVariableThatRefusesItsValueKeepsNoOther) {
+    String text = u"text";
+    Integer number = 5;
+    Date amount{45429};  // takes no text
+    Sample sample;
+    Arguments arguments{Variant::reference(amount), Variant::reference(number)};
+    EXPECT_EQ(failure_of([&] { return invoke(rewrite_two, &sample, arguments); }), 13);
+    EXPECT_EQ(number, 6);
+    EXPECT_EQ(amount.days, 45429);
+    arguments = {Variant::reference(amount), Variant::reference(text)};
+    EXPECT_EQ(failure_of([&] { return invoke(rewrite_two_and_fail, &sample, arguments); }), 9);
     EXPECT_EQ(text, u"text!");
 }
 

@@ -1,5 +1,7 @@
 // ToText: a table of every subtype, then random numbers against digits printed by the C library.
 
+#include <cstring>
+
 #include <gtest/gtest.h>
 
 #include <kvarta16/frame/value.h>

@@ -122,7 +122,7 @@ TEST_F(Ftp, KeepsTheOtherArraysUntilAnEntryComes) {
 
 TEST_F(Ftp, ReplacesALongerListing) {
     connect();
-    for (int i = 0; i < 500; ++i) {
+    for (std::size_t i = 0; i < 500; ++i) {
         fake.internet.add(from_utf8("p" + std::to_string(i)), std::string(i, 'x'));
     }
     ASSERT_TRUE(ftp.GetMatchingFiles());

@@ -1,5 +1,6 @@
 // Length of service, leave, and the searches: beside the steps written out on <chrono>, for which
 // every day is tried.
+#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <vector>
@@ -262,10 +263,10 @@ Search by_every_day(Threshold threshold, Date from, Triple base, Search s) {
     const Integer limit = by_months || threshold == Threshold::Years6 ? 6
                           : threshold == Threshold::Years10           ? 10
                                                                       : 1;
-    const Integer& reached = by_months ? s.total.months : s.total.years;
+    const auto reached = [&] { return by_months ? s.total.months : s.total.years; };
     Triple service = s.service;
     s.result = {};
-    for (Integer i = 1; reached < limit; i = wrap16(i + 1)) {
+    for (Integer i = 1; reached() < limit; i = wrap16(i + 1)) {
         s.total.months = base.months;
         s.total.days = base.days;
         if (!by_months) {
@@ -293,6 +294,9 @@ TEST(Searches, KnownOnes) {
               (Search{parse_date("2020-06-30"), {0, 6, 0}, {}}));
     EXPECT_EQ(found(Threshold::Years10, start, {}, {}),
               (Search{parse_date("2029-12-30"), {10, 0, 0}, {9, 11, 30}}));
+    // The years of data_6m are not set to a base: each of the 181 days tried carries one more.
+    EXPECT_EQ(found(Threshold::Months6, start, {0, 12, 0}, {{}, {3, 0, 0}, {}}),
+              (Search{parse_date("2020-06-30"), {184, 6, 0}, {}}));
 }
 
 TEST(Searches, ThatAreOverOnEntryWriteNothing) {
@@ -368,6 +372,113 @@ TEST(Searches, ThatFindNoDayEnd) {
     EXPECT_EQ(s.total, (Triple{0, 4, 5}));  // the base of the day that could not be tried
     EXPECT_EQ(s.service, (Triple{4, 11, 30}));
     EXPECT_EQ(search("9999-12-31", 0), 5);
+    s = {{}, {0, 0, 0}, {1, 2, 3}};
+    EXPECT_EQ(failure_of([&] {
+                  return Kadry().data_12m(Date{3'000'000}, 4, 5, s.total.months, s.total.days,
+                                          s.total.years, s.service.years, s.service.months,
+                                          s.service.days);
+              }),
+              5);
+    EXPECT_EQ(s.total, (Triple{0, 4, 5}));  // the base is put before the start is looked at
+    EXPECT_EQ(s.service, (Triple{1, 2, 3}));
+}
+
+// ---- Late-bound calls -----------------------------------------------------------------------
+
+Variant call(StringView name, Arguments& arguments) {
+    Kadry personnel;
+    const auto& members = ClassTable<Kadry>::members;
+    const auto* const found = std::ranges::find(members, name, &MemberInfo::name);
+    if (found == members.end()) {
+        fail(error::invalid_call);
+    }
+    return invoke(*found, &personnel, arguments);
+}
+
+Variant whole(int number) {
+    return static_cast<Integer>(number);
+}
+
+// What a caller's variables hold afterwards, whatever their type; values of one's own stay.
+TEST(LateBound, ASearchWritesTheTotalAndThePeriod) {
+    Date from = parse_date("2020-01-01");
+    Integer base = 6;
+    Long months = 1;
+    Variant days = u"2";
+    Integer years = 0;
+    Double period_months = 7;
+    Arguments arguments = {Variant::reference(from),
+                           Variant::reference(base),
+                           whole(0),
+                           Variant::reference(months),
+                           Variant::reference(days),
+                           Variant::reference(years),
+                           whole(7),
+                           Variant::reference(period_months),
+                           whole(7)};
+    EXPECT_EQ(call(u"data_12m", arguments), Variant(parse_date("2020-06-30")));
+    EXPECT_EQ(from, parse_date("2020-01-01"));
+    EXPECT_EQ(base, 6);
+    EXPECT_EQ(months, 0);
+    EXPECT_EQ(days, whole(0));
+    EXPECT_EQ(years, 1);
+    EXPECT_EQ(arguments[6], whole(0));
+    EXPECT_EQ(period_months, 6);
+    EXPECT_EQ(arguments[8], whole(0));
+}
+
+TEST(LateBound, TheSearchForMonthsKeepsThePeriodToItself) {
+    Integer period[] = {1, 2, 3};
+    Arguments arguments = {parse_date("2020-01-01"),
+                           whole(0),
+                           whole(0),
+                           Variant::reference(period[0]),
+                           Variant::reference(period[1]),
+                           Variant::reference(period[2]),
+                           whole(0),
+                           whole(0),
+                           whole(0)};
+    EXPECT_EQ(call(u"data_6m", arguments), Variant(parse_date("2020-06-30")));
+    EXPECT_EQ((Triple{period[0], period[1], period[2]}), (Triple{1, 2, 3}));
+    EXPECT_EQ(arguments[6], whole(6));
+    EXPECT_EQ(arguments[7], whole(0));
+    EXPECT_EQ(arguments[8], whole(0));
+}
+
+TEST(LateBound, ATotalHasItsDaysFirst) {
+    Arguments arguments = {whole(2), whole(1), whole(5), whole(26), whole(3), whole(9)};
+    EXPECT_TRUE(call(u"sumuj_okresy", arguments).is(Subtype::Empty));
+    EXPECT_EQ(arguments, (Arguments{whole(2), whole(1), whole(5), whole(1), whole(5), whole(11)}));
+}
+
+TEST(LateBound, ReadArgumentsStayAsTheyAre) {
+    Integer years = 0;
+    Integer months = 6;
+    Integer school = 8;
+    Integer age = 17;
+    Arguments arguments = {Variant::reference(years), Variant::reference(months),
+                           Variant::reference(school)};
+    EXPECT_EQ(call(u"limit_u", arguments), whole(20));
+    arguments.push_back(Variant::reference(age));
+    EXPECT_EQ(call(u"limit_u1", arguments), whole(12));
+    EXPECT_EQ(years, 0);
+    EXPECT_EQ(months, 6);
+    EXPECT_EQ(school, 8);
+    EXPECT_EQ(age, 17);
+}
+
+TEST(LateBound, ArgumentsAreCoercedBeforeTheCall) {
+    Arguments arguments = {Double{1.5}, u"0,5", Currency::raw(25000)};  // 2, 0 and 2, ties to even
+    EXPECT_EQ(call(u"limit_u", arguments), whole(18));
+    EXPECT_EQ(arguments, (Arguments{whole(2), whole(0), whole(2)}));
+    const auto number_of = [](const Variant& school) {
+        Arguments tried = {whole(1), whole(0), school};
+        return failure_of([&] { return call(u"limit_u", tried); });
+    };
+    EXPECT_EQ(number_of(Variant::null()), 94);
+    EXPECT_EQ(number_of(u"abc"), 13);
+    EXPECT_EQ(number_of(Long{32768}), 6);
+    EXPECT_EQ(number_of(Variant::missing()), 13);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What kind of day a date is: beside the long way, which renders texts and compares them one by
 // one, and beside <chrono> and the computus.
 #include <chrono>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -9,6 +10,7 @@
 #include <kvarta16/frame/utf8.h>
 #include <kvarta16/hr/Kadry.h>
 #include <kvarta16/hr/holidays.h>
+#include <kvarta16/platform/forwarding.h>
 
 #include "frame/frame_support.h"
 #include "support/fake_platform.h"
@@ -193,6 +195,39 @@ TEST(WorkingDays, TheLanguageOfTheMachineTellsTheWeekday) {
     const ScopedLocale scope(english);
     EXPECT_EQ(Kadry().PodajDzień(parse_date("2024-05-17")), 0);
     EXPECT_EQ(Kadry().PodajDzień(parse_date("2024-05-30"), true), 6);
+}
+
+TEST(WorkingDays, ABoxThatIsRefusedIsTheCallersFailure) {
+    FakePlatform fake;
+    const auto plan = std::make_shared<FaultPlan>();
+    plan->fail_at("MsgBox", 1, FaultSpan::Once, 70);
+    const auto boxes = faulting(fake.boxes, plan);
+    Platform operations = fake.operations;
+    operations.message_boxes = boxes.get();
+    const ScopedPlatform scope(operations);
+    const Date day = parse_date("2031-01-01");
+    EXPECT_EQ(Kadry().PodajDzień(parse_date("2030-12-31"), true), 1);
+    EXPECT_EQ(failure_of([&] { return Kadry().PodajDzień(day, true); }), 70);
+    EXPECT_EQ(Kadry().PodajDzień(day, true), 6);
+    EXPECT_EQ(fake.boxes.shown.size(), 1U);
+}
+
+// Neither argument comes back changed, and the request can be left out.
+TEST(WorkingDays, LateBound) {
+    const FakePlatform fake;
+    Kadry personnel;
+    const MemberInfo& member = ClassTable<Kadry>::members[0];
+    Date day = parse_date("2024-05-30");
+    Boolean holidays = true;
+    Arguments both = {Variant::reference(day), Variant::reference(holidays)};
+    EXPECT_EQ(invoke(member, &personnel, both), Variant(Integer{6}));
+    EXPECT_EQ(day, parse_date("2024-05-30"));
+    EXPECT_EQ(holidays, Boolean(true));
+    Arguments one = {day};
+    EXPECT_EQ(invoke(member, &personnel, one), Variant(Integer{3}));
+    EXPECT_EQ(one, (Arguments{day, Boolean(false)}));
+    Arguments missing = {day, Variant::missing()};
+    EXPECT_EQ(invoke(member, &personnel, missing), Variant(Integer{3}));
 }
 
 TEST(WorkingDays, NoDateBeyondTheCalendar) {

@@ -47,10 +47,6 @@ struct LineCase {
     Long attributes = 0;
     std::uint64_t size = 0;
     std::string written = {};
-
-    friend std::ostream& operator<<(std::ostream& out, const LineCase& one) {
-        return out << one.line;
-    }
 };
 
 void expect_entry(const std::optional<Entry>& entry, const LineCase& expected) {

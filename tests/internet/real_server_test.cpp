@@ -6,6 +6,7 @@
 #include <tuple>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <support/ftp_servers.h>

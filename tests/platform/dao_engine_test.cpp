@@ -203,6 +203,18 @@ TEST_F(DaoTables, AreASnapshotOfTheFirstLook) {
     EXPECT_EQ(table_names(*open()), Names({"B", "C", "D"}));
 }
 
+TEST_F(DaoTables, AreRenamedToCapitalsBesideABrokenView) {
+    const auto db = create();
+    db->Execute(u"create table łan (a long)");
+    db->Execute(u"create table lan (a long)");
+    write("create view w as select * from niema; create view t as select a from łan");
+    table(*db, u"łan")->PutName(u"ŁAN");
+    table(*db, u"lan")->PutName(u"LAN");
+    EXPECT_EQ(table_names(*open()), Names({"LAN", "ŁAN"}));
+    // A wholly new name would leave what means the old one behind.
+    EXPECT_EQ(caught([&] { table(*open(), u"ŁAN")->PutName(u"pole"); }).number, 3280);
+}
+
 TEST_F(DaoTables, AreRenamedAtOnceWithAllThatBelongsToThem) {
     const auto db = create();
     db->Execute(

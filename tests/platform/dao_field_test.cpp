@@ -69,6 +69,10 @@ const TypeCase foreign_types[] = {
     {"VARCHAR(4000)", 12, 0},
     {"VARCHAR", 10, 255},
     {"TEXT", 12, 0},
+    {"text(20)", 10, 20},
+    {"TEXT(255)", 10, 255},
+    {"TEXT(256)", 12, 0},
+    {"TEXT(0)", 12, 0},
     {"CLOB", 12, 0},
     {"MEMO", 12, 0},
     {"BLOB", 11, 0},
@@ -270,20 +274,28 @@ TEST_F(DaoDefaults, OfOtherPrograms) {
         EXPECT_EQ(text(fields->Item(i)->DefaultValue()), i == 3 || i == 4 ? "NOW()" : "1");
     }
     EXPECT_EQ(value("select count(*) from pragma_table_info('t') where dflt_value='1'"), "5");
+    // The moment of this place, also where the other program has the moment of Greenwich.
+    EXPECT_EQ(
+        value(
+            "select count(*) from pragma_table_info('t') where dflt_value like '%''localtime'')'"),
+        "2");
     EXPECT_EQ(value("pragma integrity_check"), "ok");
 }
 
 // A word and a name in double quotes are texts in the table's text of another program.
 TEST_F(DaoDefaults, OfWordsGiveWay) {
     write(
-        "create table t (id INTEGER, a TEXT DEFAULT \"it's \"\"q\"\"\", b TEXT DEFAULT q);"
-        "insert into t (id) values (1); insert into t values (2, 'it''s', 'r')");
+        "create table t (id INTEGER, a TEXT DEFAULT \"it's \"\"q\"\"\", b TEXT DEFAULT q,"
+        " c TEXT DEFAULT [q r], d TEXT DEFAULT `b``t`);"
+        "insert into t (id) values (1); insert into t values (2, 'it''s', 'r', '', '')");
     const auto db = open();
     field(*db, u"t", u"a")->PutDefaultValue(u"\"\"");
     field(*db, u"t", u"b")->PutDefaultValue(u"\"\"");
+    field(*db, u"t", u"c")->PutDefaultValue(u"\"\"");
+    field(*db, u"t", u"d")->PutDefaultValue(u"\"\"");
     db->Execute(u"insert into t (id) values (3)");
-    EXPECT_EQ(value("select group_concat(id || '=' || a || '/' || b, ';') from t"),
-              "1=it's \"q\"/q;2=it's/r;3=/");
+    EXPECT_EQ(value("select group_concat(id||'='||a||'/'||b||'/'||c||'/'||d, ';') from t"),
+              "1=it's \"q\"/q/q r/b`t;2=it's/r//;3=///");
 }
 
 // A column that was added reads its default in rows that were stored before it.

@@ -31,16 +31,11 @@ class RecordingBoxes final : public MessageBoxes {
         MsgBoxResult answer;
     };
 
+    RecordingBoxes();
+    ~RecordingBoxes() override;
+
     // Answers from the front of the queue; as nobody would when it is empty.
-    MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override {
-        MsgBoxResult answer = unattended_answer(style);
-        if (!answers.empty()) {
-            answer = answers.front();
-            answers.pop_front();
-        }
-        shown.push_back({String(text), style, std::optional<String>(title), answer});
-        return answer;
-    }
+    MsgBoxResult MsgBox(StringView text, Long style, std::optional<StringView> title) override;
 
     std::deque<MsgBoxResult> answers;
     std::vector<Box> shown;
@@ -48,10 +43,7 @@ class RecordingBoxes final : public MessageBoxes {
 
 class SettableClock final : public Clock {
   public:
-    Date Now() override {
-        ++reads;
-        return now;
-    }
+    Date Now() override;
 
     Date now{45429.5};  // 2024-05-17 12:00
     int reads = 0;
@@ -59,13 +51,18 @@ class SettableClock final : public Clock {
 
 class RecordingSleeper final : public Sleeper {
   public:
-    void Sleep(Long milliseconds) override { sleeps.push_back(milliseconds); }
+    void Sleep(Long milliseconds) override;
 
     std::vector<Long> sleeps;  // milliseconds
 };
 
 // All of them, in force on the test's thread as long as this lives.
 struct FakePlatform {
+    FakePlatform();
+    ~FakePlatform();
+    FakePlatform(const FakePlatform&) = delete;
+    FakePlatform& operator=(const FakePlatform&) = delete;
+
     RecordingBoxes boxes;
     SettableClock clock;
     RecordingSleeper sleeper;

@@ -10,11 +10,9 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <kvarta16/frame/text.h>
-#include <kvarta16/frame/utf8.h>
+#include <kvarta16/frame/types.h>
 #include <kvarta16/platform/registry.h>
 
 namespace kvarta16::testing_support {
@@ -30,84 +28,20 @@ class FakeRegistry final : public Registry {
         Long root = 0;
         String path;
 
-        friend bool operator<(const Place& a, const Place& b) {
-            return std::pair(a.root, upper_case(a.path)) < std::pair(b.root, upper_case(b.path));
-        }
+        friend bool operator<(const Place& a, const Place& b);
     };
 
-    FakeRegistry() {
-        for (const Long root : {HKEY_CLASSES_ROOT, HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-            keys[{root, u""}];
-        }
-    }
+    FakeRegistry();
+    ~FakeRegistry() override;
 
-    Long RegOpenKeyA(Long key, StringView path, Long& result) override {
-        Place place;
-        Long status = prepared("RegOpenKeyA").value_or(located(key, path, place));
-        if (status == registry_status::success && !keys.contains(place)) {
-            status = registry_status::file_not_found;
-        }
-        if (status == registry_status::success) {
-            result = opened(place);
-        }
-        return told("RegOpenKeyA(" + name_of(key) + ", " + shown(path) + ")", status);
-    }
-
-    Long RegCreateKeyA(Long key, StringView path, Long& result) override {
-        Place place;
-        const Long status = prepared("RegCreateKeyA").value_or(located(key, path, place));
-        if (status == registry_status::success) {
-            keys[place];
-            result = opened(place);
-        }
-        return told("RegCreateKeyA(" + name_of(key) + ", " + shown(path) + ")", status);
-    }
-
-    Long RegQueryValueExA(Long key, StringView name, Long& type, String* data,
-                          Long& size) override {
-        const std::string call = "RegQueryValueExA(" + name_of(key) + ", " + shown(name) + ", " +
-                                 (data == nullptr ? "no buffer" : shown(*data)) + ", " +
-                                 std::to_string(size) + ")";
-        const std::optional<Long> status = prepared("RegQueryValueExA");
-        return told(call, status ? *status : query(key, name, type, data, size));
-    }
-
+    Long RegOpenKeyA(Long key, StringView path, Long& result) override;
+    Long RegCreateKeyA(Long key, StringView path, Long& result) override;
+    Long RegQueryValueExA(Long key, StringView name, Long& type, String* data, Long& size) override;
     Long RegSetValueExA(Long key, StringView name, Long reserved, Long type, StringView data,
-                        Long size) override {
-        Long status = prepared("RegSetValueExA").value_or(status_of_handle(key));
-        if (status == registry_status::success) {
-            keys[handles.at(key)][String(name)] = {type, String(data.substr(0, std::size_t(size)))};
-        }
-        return told("RegSetValueExA(" + name_of(key) + ", " + shown(name) + ", " +
-                        std::to_string(reserved) + ", " + std::to_string(type) + ", " +
-                        shown(data) + ", " + std::to_string(size) + ")",
-                    status);
-    }
-
-    Long RegCloseKey(Long key) override {
-        const Long status = prepared("RegCloseKey").value_or(status_of_handle(key));
-        if (status == registry_status::success) {
-            handles.erase(key);
-        }
-        return told("RegCloseKey(" + name_of(key) + ")", status);
-    }
-
-    Long RegDeleteKeyA(Long key, StringView path) override {
-        Place place;
-        Long status = prepared("RegDeleteKeyA").value_or(located(key, path, place));
-        if (status == registry_status::success && keys.erase(place) == 0) {
-            status = registry_status::file_not_found;
-        }
-        return told("RegDeleteKeyA(" + name_of(key) + ", " + shown(path) + ")", status);
-    }
-
-    Long RegDeleteValueA(Long key, StringView name) override {
-        Long status = prepared("RegDeleteValueA").value_or(status_of_handle(key));
-        if (status == registry_status::success && keys[handles.at(key)].erase(String(name)) == 0) {
-            status = registry_status::file_not_found;
-        }
-        return told("RegDeleteValueA(" + name_of(key) + ", " + shown(name) + ")", status);
-    }
+                        Long size) override;
+    Long RegCloseKey(Long key) override;
+    Long RegDeleteKeyA(Long key, StringView path) override;
+    Long RegDeleteValueA(Long key, StringView name) override;
 
     std::map<Place, Values> keys;   // paths without case, names of values as they stand
     std::map<Long, Place> handles;  // those that are open, from 1 up; none is given out twice
@@ -115,81 +49,15 @@ class FakeRegistry final : public Registry {
     std::vector<std::string> calls;                   // "RegOpenKeyA(HKCU, 'Software') = 0"
 
   private:
-    std::optional<Long> prepared(const std::string& operation) {
-        std::deque<Long>& queue = answers[operation];
-        if (queue.empty()) {
-            return std::nullopt;
-        }
-        const Long status = queue.front();
-        queue.pop_front();
-        return status;
-    }
-
-    Long told(std::string call, Long status) {
-        calls.push_back(std::move(call) + " = " + std::to_string(status));
-        return status;
-    }
-
-    static std::string shown(StringView text) { return "'" + to_utf8(text) + "'"; }
-
-    static std::string name_of(Long key) {
-        switch (key) {
-            case HKEY_CLASSES_ROOT:
-                return "HKCR";
-            case HKEY_CURRENT_USER:
-                return "HKCU";
-            case HKEY_LOCAL_MACHINE:
-                return "HKLM";
-            default:
-                return std::to_string(key);
-        }
-    }
-
-    static bool is_root(Long key) {
-        return key == HKEY_CLASSES_ROOT || key == HKEY_CURRENT_USER || key == HKEY_LOCAL_MACHINE;
-    }
-
-    [[nodiscard]] Long status_of_handle(Long key) const {
-        return handles.contains(key) ? registry_status::success : registry_status::invalid_handle;
-    }
-
-    [[nodiscard]] Long located(Long key, StringView path, Place& place) const {
-        if (!is_root(key)) {
-            return registry_status::invalid_handle;
-        }
-        if (path.starts_with(u'\\')) {
-            return registry_status::bad_path_name;
-        }
-        place = {key, String(path)};
-        return registry_status::success;
-    }
-
-    Long opened(const Place& place) {
-        handles.emplace(++last_handle_, place);
-        return last_handle_;
-    }
-
-    Long query(Long key, StringView name, Long& type, String* data, Long& size) {
-        if (!handles.contains(key)) {
-            return registry_status::invalid_handle;
-        }
-        const Values& values = keys[handles.at(key)];
-        const auto value = values.find(String(name));
-        if (value == values.end()) {
-            return registry_status::file_not_found;
-        }
-        const Long room = size;
-        type = value->second.type;
-        size = length(value->second.data);
-        if (data == nullptr) {
-            return registry_status::success;
-        }
-        if (size > room || size > length(*data)) {
-            return registry_status::more_data;
-        }
-        data->replace(0, value->second.data.size(), value->second.data);
-        return registry_status::success;
-    }
+    std::optional<Long> prepared(const std::string& operation);
+    Long told(std::string call, Long status);
+    static std::string shown(StringView text);
+    static std::string name_of(Long key);
+    static bool is_root(Long key);
+    [[nodiscard]] Long status_of_handle(Long key) const;
+    [[nodiscard]] Long located(Long key, StringView path, Place& place) const;
+    Long opened(const Place& place);
+    Long query(Long key, StringView name, Long& type, String* data, Long& size);
 
     Long last_handle_ = 0;
 };

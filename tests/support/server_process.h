@@ -4,29 +4,11 @@
 // The process ends with the test program, however that ends.
 #pragma once
 
-#include <array>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
-#include <arpa/inet.h>
-#include <fcntl.h>
-#include <grp.h>
-#include <netinet/in.h>
-#include <pwd.h>
-#include <sys/prctl.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/types.h>
 
 namespace kvarta16::testing_support {
 
@@ -36,28 +18,11 @@ using Command = std::vector<std::string>;
 // do not run as root; the user of the tests if that is not root.
 class ServerUser {
   public:
-    explicit ServerUser(const std::vector<const char*>& names) {
-        for (const char* name : names) {
-            const passwd* found = ::geteuid() == 0 ? ::getpwnam(name) : nullptr;
-            if (found != nullptr) {
-                user_ = found->pw_uid;
-                group_ = found->pw_gid;
-                is_other_ = true;
-                return;
-            }
-        }
-    }
+    explicit ServerUser(const std::vector<const char*>& names);
 
-    void own(const std::filesystem::path& path) const {
-        if (is_other_ && ::chown(path.c_str(), user_, group_) != 0) {
-            throw std::runtime_error("cannot give away " + path.string());
-        }
-    }
+    void own(const std::filesystem::path& path) const;
     // In the child process; false if it cannot be done.
-    [[nodiscard]] bool become() const {
-        return !is_other_ ||
-               (::setgroups(0, nullptr) == 0 && ::setgid(group_) == 0 && ::setuid(user_) == 0);
-    }
+    [[nodiscard]] bool become() const;
 
   private:
     uid_t user_ = 0;
@@ -70,165 +35,54 @@ class ServerUser {
 class Process {
   public:
     Process(const Command& command, const std::string& output, const ServerUser& user,
-            int stop_signal)
-        : stop_signal_(stop_signal) {
-        const pid_t parent = ::getpid();
-        const int file = ::open(output.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-        id_ = ::fork();
-        if (id_ == 0) {
-            run(command, file, user, parent);
-        }
-        ::close(file);
-        if (id_ < 0) {
-            throw std::runtime_error("no process for " + command.front());
-        }
-    }
-    ~Process() { stop(); }
+            int stop_signal);
+    ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
     Process(Process&&) = delete;
     Process& operator=(Process&&) = delete;
 
-    [[nodiscard]] bool is_running() {
-        if (id_ > 0 && ::waitpid(id_, &status_, WNOHANG) == id_) {
-            id_ = -1;
-        }
-        return id_ > 0;
-    }
-    int wait() {
-        while (id_ > 0 && ::waitpid(id_, &status_, 0) < 0 && errno == EINTR) {
-        }
-        id_ = -1;
-        return status_;
-    }
+    [[nodiscard]] bool is_running();
+    int wait();
     // As a power cut does it.
-    void kill() {
-        if (is_running()) {
-            ::kill(id_, SIGKILL);
-            wait();
-        }
-    }
-    void stop() {
-        using namespace std::chrono_literals;
-        if (is_running()) {
-            ::kill(id_, stop_signal_);
-        }
-        for (int i = 0; i < 200 && is_running(); ++i) {
-            std::this_thread::sleep_for(50ms);
-        }
-        kill();
-    }
+    void kill();
+    void stop();
 
   private:
     [[noreturn]] void run(const Command& command, int file, const ServerUser& user,
-                          pid_t parent) const {
-        const int nothing = ::open("/dev/null", O_RDONLY);
-        ::dup2(nothing, STDIN_FILENO);
-        ::dup2(file, STDOUT_FILENO);
-        ::dup2(file, STDERR_FILENO);
-        // Asked for under the user that it stays: changing the user forgets it.
-        if (!user.become() || ::prctl(PR_SET_PDEATHSIG, stop_signal_) != 0 ||
-            ::getppid() != parent || ::chdir("/") != 0) {
-            ::_exit(126);
-        }
-        std::vector<char*> arguments;
-        for (const std::string& word : command) {
-            arguments.push_back(const_cast<char*>(word.c_str()));
-        }
-        arguments.push_back(nullptr);
-        ::execv(arguments.front(), arguments.data());
-        ::_exit(127);
-    }
+                          pid_t parent) const;
 
     int stop_signal_;
     pid_t id_ = -1;
     int status_ = 0;
 };
 
-inline std::string text_of_file(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string text_of_file(const std::string& path);
 
 // Runs a program to its end and gives what it printed; throws with that if it fails.
-inline std::string output_of(const Command& command, const std::string& scratch,
-                             const ServerUser& user) {
-    std::filesystem::remove(scratch);
-    Process process(command, scratch, user, SIGTERM);
-    const int status = process.wait();
-    std::string text = text_of_file(scratch);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        throw std::runtime_error(command.front() + " failed: " + text);
-    }
-    return text;
-}
+std::string output_of(const Command& command, const std::string& scratch, const ServerUser& user);
 
 // A folder that everybody may look into, gone with this.
 class ServerFolder {
   public:
-    ServerFolder() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "kvarta16-server-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary folder " + name);
-        }
-        path_ = name;
-        std::filesystem::permissions(path_, std::filesystem::perms(0755));
-    }
-    ~ServerFolder() {
-        std::error_code ignored;  // what cannot be removed stays, and the test has its result
-        std::filesystem::remove_all(path_, ignored);
-    }
+    ServerFolder();
+    ~ServerFolder();
     ServerFolder(const ServerFolder&) = delete;
     ServerFolder& operator=(const ServerFolder&) = delete;
     ServerFolder(ServerFolder&&) = delete;
     ServerFolder& operator=(ServerFolder&&) = delete;
 
-    std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+    std::string operator/(const std::string& name) const;
 
   private:
     std::filesystem::path path_;
 };
 
 // A port of this machine that nobody listens on now.
-inline int free_port() {
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    const bool bound = ::bind(socket, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                       ::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    ::close(socket);
-    if (!bound) {
-        throw std::runtime_error("no free port");
-    }
-    return ntohs(address.sin_port);
-}
+int free_port();
 
 // The first of the programs that is there; "" for none. "*" in a folder's place stands for the
 // folder of the highest name.
-inline std::string program_at(const std::vector<std::string>& paths) {
-    namespace fs = std::filesystem;
-    for (const std::string& path : paths) {
-        const std::size_t star = path.find('*');
-        if (star == std::string::npos) {
-            if (fs::exists(path)) {
-                return path;
-            }
-            continue;
-        }
-        std::error_code none;
-        std::string best;
-        for (const auto& entry : fs::directory_iterator(path.substr(0, star), none)) {
-            const std::string candidate = entry.path().string() + path.substr(star + 1);
-            best = fs::exists(candidate) ? std::max(best, candidate) : best;
-        }
-        if (!best.empty()) {
-            return best;
-        }
-    }
-    return "";
-}
+std::string program_at(const std::vector<std::string>& paths);
 
 }  // namespace kvarta16::testing_support

@@ -137,7 +137,7 @@ struct WrongRequest {
 TEST_F(RpcEvents, RefusesWhatIsNoReaction) {
     const WrongRequest requests[] = {
         {R"([{"Object":1},"FileTransferProgress",1])", -32602},
-        {R"([{"Object":9},"FileTransferProgress",1,{}])", -32602},
+        {R"([{"Object":9},"FileTransferProgress",1,{}])", -32601},
         {R"([{"Object":0},"FileTransferProgress",1,{}])", -32602},
         {R"([5,"FileTransferProgress",1,{}])", -32602},
         {R"([{"Object":1},"FileTransfer",1,{}])", -32601},

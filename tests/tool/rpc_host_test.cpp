@@ -69,8 +69,8 @@ TEST(RpcObjects, ReleasedOnesAreGoneAndNumbersAreNotGivenAgain) {
     EXPECT_EQ(R"({"Object":1})", rpc.value("host.create", R"(["amain"])"));
     EXPECT_EQ(empty, rpc.value("host.release", R"([{"Object":1}])"));
     EXPECT_EQ(-32601, rpc.code("@1.VersjaLib"));
-    EXPECT_EQ(-32602, rpc.code("aChar.NullStr", R"([{"Object":1}])"));
-    EXPECT_EQ(-32602, rpc.code("host.release", R"([{"Object":1}])"));
+    EXPECT_EQ(-32601, rpc.code("aChar.NullStr", R"([{"Object":1}])"));
+    EXPECT_EQ(-32601, rpc.code("host.release", R"([{"Object":1}])"));
     EXPECT_EQ(R"({"Object":2})", rpc.value("host.create", R"(["amain"])"));
     EXPECT_EQ(R"({"String":"1.0.9999.kvarta16"})", rpc.value("@2.VersjaLib", ""));
 }
@@ -96,7 +96,7 @@ TEST(RpcObjects, WrongRequests) {
     EXPECT_EQ(-32602, rpc.code("host.create", R"(["amain","amain"])"));
     EXPECT_EQ(-32602, rpc.code("host.release", "[1]"));
     EXPECT_EQ(-32602, rpc.code("host.release", R"([{"Object":0}])"));
-    EXPECT_EQ(-32602, rpc.code("host.release", R"([{"Object":7}])"));
+    EXPECT_EQ(-32601, rpc.code("host.release", R"([{"Object":7}])"));
     EXPECT_EQ(-32602, rpc.code("host.release", ""));
 }
 
@@ -425,7 +425,8 @@ TEST(RpcPrivateClass, IsNotInTheCatalogue) {
 TEST(RpcNothing, IsNoDatabaseAndNoRecordset) {
     RpcClient rpc;
     const Json failed = rpc.result("Baza.DbWykonajNorthWind", R"(["drop table x",{"Object":0},1])");
-    EXPECT_EQ(Json::parse(R"({"String":"Object variable not set"})"), failed["value"]);
+    EXPECT_EQ(Json::parse(R"({"String":"Object variable or With block variable not set"})"),
+              failed["value"]);
     EXPECT_EQ("drop table x", failed["boxes"][0]["title"]);
     EXPECT_EQ(Json::parse(R"([{"Object":0}])"),
               rpc.result("aproste.DbCloseSEL", R"([{"Object":0}])")["args"]);

@@ -81,6 +81,7 @@ TEST(RpcProtocol, LinesThatAreNoJson) {
         "{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"\xC0\x80\"}",
         "\xEF\xB7\x90+",
         std::string("\0", 1),
+        R"({"jsonrpc":"2.0","id":1,"method":"amain.VersjaLib"})" + std::string("\0x", 2),
         "1 2",
         "[1,2",
         "// comment",

@@ -278,7 +278,7 @@ TEST_F(Folder, AFileIsPrintedByteByByte) {
     operations.message_boxes = &boxes;
     const ScopedPlatform scope(operations);
     testing_support::ServerFolder files;
-    for (const std::size_t size : {0, 1, 256, 16383, 16384, 16385, 100000}) {
+    for (const std::size_t size : {0U, 1U, 256U, 16383U, 16384U, 16385U, 100000U}) {
         SCOPED_TRACE(size);
         std::string bytes;
         for (std::size_t i = 0; i < size; ++i) {
