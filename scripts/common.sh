@@ -11,7 +11,7 @@ build_packages=(g++ cmake ninja-build libsqlite3-dev unixodbc-dev libcups2-dev l
 server_packages=(postgresql odbc-postgresql mariadb-server-core mariadb-client-core odbc-mariadb
     libsqliteodbc cups-daemon python3-pyftpdlib proftpd-core)
 test_packages=("${build_packages[@]}" "${server_packages[@]}" libgtest-dev libgmock-dev python3
-    sqlite3 xvfb xterm xdotool x11-xkb-utils)
+    sqlite3 xvfb xterm xdotool x11-xkb-utils pkg-config dpkg-dev file groff-base)
 
 # A compiler cache is used where there is one; nothing depends on it.
 if [[ -z ${CMAKE_CXX_COMPILER_LAUNCHER:-} ]] && command -v ccache >/dev/null; then
