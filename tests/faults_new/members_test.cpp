@@ -196,8 +196,9 @@ INSTANTIATE_TEST_SUITE_P(FailingNew, Members, testing::ValuesIn(all_members()));
 TEST(MembersOutOfMemory, ArgumentsAreThoseOfMembers) {
     const std::vector<Case> cases = all_members();
     for (const auto& [name, arguments] : own_arguments()) {
-        EXPECT_TRUE(std::ranges::any_of(cases, [&](const Case& c) { return c.name == name; }))
-            << name;
+        EXPECT_TRUE(std::ranges::any_of(cases, [&own = name](const Case& c) {
+            return c.name == own;
+        })) << name;
     }
 }
 
