@@ -245,7 +245,7 @@ Variant call_with(Target&& target, Arguments& arguments, std::index_sequence<I..
     }
     write_all_back();
     if (refusal) {
-        throw *refusal;
+        throw Failure(*refusal);
     }
     return result;
 }
