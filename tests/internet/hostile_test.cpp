@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <future>
 #include <string>
 #include <thread>
 #include <vector>
@@ -795,7 +796,27 @@ TEST(Download, TheReadOnlyAttribute) {
 
 // ---- Uploads --------------------------------------------------------------------------------
 
-TEST(Upload, SmallWritesTravelTogether) {
+TEST(Upload, WhatIsWrittenIsOnTheServerAtOnce) {
+    std::promise<std::string> arrived;
+    ScriptedFtpServer server([&](FtpPeer& peer) {
+        peer.log_in();
+        peer.open_passive();
+        peer.answer("STOR a", "150 Go");
+        const TestSocket data = peer.accept_data();
+        arrived.set_value(data.is_ready() ? data.receive(1000) : "");
+        static_cast<void>(data.receive_all());
+        peer.say("226 Whole");
+    });
+    Client client(server.port());
+    const Long file = client.open(u"a", internet::generic_write);
+    Long count = 0;
+    EXPECT_EQ(client.net.InternetWriteFile(file, bytes_to_send("one block"), count), 1);
+    EXPECT_EQ(arrived.get_future().get(), "one block");  // and the file is still open
+    EXPECT_EQ(client.net.InternetCloseHandle(file), 1);
+    EXPECT_EQ(server.problems(), "");
+}
+
+TEST(Upload, SmallWrites) {
     ScriptedFtpServer server([&](FtpPeer& peer) {
         peer.log_in();
         peer.open_passive();

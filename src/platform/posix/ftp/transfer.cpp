@@ -147,29 +147,13 @@ void Upload::guarded_by_problem(Body&& body) {
     }
 }
 
+// Each block goes at once: what was written stays on the server, whatever comes after it.
 void Upload::write(std::span<const char> bytes) {
-    guarded_by_problem([&] {
-        if (buffer_.size() + bytes.size() < buffer_size) {
-            buffer_.append(bytes.data(), bytes.size());
-            return;
-        }
-        if (!buffer_.empty()) {
-            const std::size_t part = std::min(buffer_size - buffer_.size(), bytes.size());
-            buffer_.append(bytes.data(), part);
-            bytes = bytes.subspan(part);
-            send(buffer_);
-            buffer_.clear();
-        }
-        const std::size_t whole = bytes.size() / buffer_size * buffer_size;
-        send(bytes.first(whole));
-        buffer_.append(bytes.data() + whole, bytes.size() - whole);
-    });
+    guarded_by_problem([&] { send(bytes); });
 }
 
 void Upload::finish() {
     guarded_by_problem([&] {
-        send(buffer_);
-        buffer_.clear();
         ::shutdown(data_.socket.file(), SHUT_WR);
         if (data_.is_reply_due) {
             data_.is_reply_due = false;

@@ -60,7 +60,7 @@ class Upload {
 
     void write(std::span<const char> bytes);
 
-    // Sends what is left, and waits for the server to say that it has all.
+    // Ends the file, and waits for the server to say that it has all.
     void finish();
 
     // Breaks off, so that the server sees that the file is not whole.
@@ -75,7 +75,6 @@ class Upload {
 
     ServerConnection& server_;
     DataConnection data_;
-    std::string buffer_;
     std::optional<Long> problem_;
 };
 
