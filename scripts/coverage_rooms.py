@@ -102,7 +102,7 @@ def main() -> None:
     parser.add_argument("export", type=Path, help="what llvm-cov export has written")
     parser.add_argument("rooms", nargs="*", help="folders of src/; all by default")
     parser.add_argument("--missing", action="store_true", help="list what no test takes")
-    arguments = parser.parse_args()
+    arguments = parser.parse_intermixed_args()
     files = [file for file in read(arguments.export)
              if not arguments.rooms or room_of(file) in arguments.rooms]
     print_rooms(files)
