@@ -796,7 +796,7 @@ TEST(Download, TheReadOnlyAttribute) {
 
 // ---- Uploads --------------------------------------------------------------------------------
 
-TEST(Upload, WhatIsWrittenIsOnTheServerAtOnce) {
+TEST(Upload, WhatIsWrittenComesToTheServerBeforeTheEnd) {
     std::promise<std::string> arrived;
     ScriptedFtpServer server([&](FtpPeer& peer) {
         peer.log_in();
@@ -816,7 +816,7 @@ TEST(Upload, WhatIsWrittenIsOnTheServerAtOnce) {
     EXPECT_EQ(server.problems(), "");
 }
 
-TEST(Upload, SmallWrites) {
+TEST(Upload, SmallWritesTravelTogether) {
     ScriptedFtpServer server([&](FtpPeer& peer) {
         peer.log_in();
         peer.open_passive();

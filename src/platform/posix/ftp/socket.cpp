@@ -292,8 +292,9 @@ std::size_t receive(const Socket& socket, std::span<char> buffer, const Deadline
     }
 }
 
-std::size_t send_some(const Socket& socket, std::span<const char> bytes) {
-    const ssize_t count = ::send(socket.file(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+std::size_t send_some(const Socket& socket, std::span<const char> bytes, bool more_follows) {
+    const int flags = MSG_NOSIGNAL | (more_follows ? MSG_MORE : 0);
+    const ssize_t count = ::send(socket.file(), bytes.data(), bytes.size(), flags);
     if (count >= 0) {
         return static_cast<std::size_t>(count);
     }

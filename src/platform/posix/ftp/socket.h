@@ -89,8 +89,10 @@ enum class Ready : std::uint8_t { nothing, first, second };
 [[nodiscard]] std::size_t receive(const Socket& socket, std::span<char> buffer,
                                   const Deadline& deadline);
 
-// As much as can be sent without waiting, perhaps nothing.
-[[nodiscard]] std::size_t send_some(const Socket& socket, std::span<const char> bytes);
+// As much as can be sent without waiting, perhaps nothing. With `more_follows` the system may wait
+// a fifth of a second for what fills the packet.
+[[nodiscard]] std::size_t send_some(const Socket& socket, std::span<const char> bytes,
+                                    bool more_follows = false);
 
 void send_all(const Socket& socket, std::span<const char> bytes, const Deadline& deadline);
 

@@ -104,7 +104,7 @@ void Upload::fail_with_reply(Long number) {
 void Upload::send_waiting(std::span<const char> bytes) {
     ControlConnection& control = server_.control();
     while (!bytes.empty()) {
-        const std::size_t sent = send_some(data_.socket, bytes);
+        const std::size_t sent = send_some(data_.socket, bytes, true);
         bytes = bytes.subspan(sent);
         if (bytes.empty() || sent > 0) {
             continue;
@@ -147,7 +147,8 @@ void Upload::guarded_by_problem(Body&& body) {
     }
 }
 
-// Each block goes at once: what was written stays on the server, whatever comes after it.
+// Each block is handed to the system at once, which fills packets for a fifth of a second at most:
+// what was written comes to the server, whatever becomes of this process.
 void Upload::write(std::span<const char> bytes) {
     guarded_by_problem([&] { send(bytes); });
 }
