@@ -21,7 +21,7 @@ esac
 
 ensure_packages "${build_packages[@]}" binutils clang pkg-config python3
 cd -- "$root"
-shared=${1:-build/shared}
+shared=$(realpath -m -- "${1:-build/shared}")
 installed=$shared/packages/installed
 
 begin() {
