@@ -18,7 +18,7 @@ TEXT
         ;;
 esac
 
-ensure_packages "${test_packages[@]}" clang llvm
+ensure_packages "${test_packages[@]}" clang libclang-rt-dev llvm
 configure coverage
 build coverage
 cd -- "$root"
