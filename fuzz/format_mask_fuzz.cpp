@@ -64,7 +64,8 @@ std::optional<ExactNumber> number_of(const Variant& value) {
             // Double shows.
             const bool is_based = held.find(u'&') != String::npos;
             const bool is_long = number && is_based && !fits_in_64_bits(*number);
-            return is_long ? fuzz::second_digits(fuzz::second_double(*number)) : number;
+            const Double nearest = is_long ? fuzz::second_double(*number) : 0;
+            return is_long && std::isfinite(nearest) ? fuzz::second_digits(nearest) : number;
         } else if constexpr (std::same_as<T, Double> || std::same_as<T, Single>) {
             return fuzz::second_digits(held);
         } else if constexpr (std::same_as<T, Date>) {
