@@ -78,7 +78,8 @@ class ServerFolder {
     std::filesystem::path path_;
 };
 
-// A port of this machine that nobody listens on now.
+// A port of this machine that nobody listens on now, another at each call. No other test that runs
+// at the same time is given it, and no connection.
 int free_port();
 
 // The first of the programs that is there; "" for none. "*" in a folder's place stands for the
