@@ -65,9 +65,7 @@ Boolean clsFTP::UploadFileProgress(String& sLocal, String& sRemote, Boolean& dwT
     bool is_sent = false;
     guarded([&] {
         number = platform().file_table->FreeFile();
-        // To be read: one that is not there fails here, where opening it would make it.
-        static_cast<void>(platform().files->GetAttr(sLocal));
-        platform().file_table->Open(sLocal, number, OpenMode::Binary, Sharing::Default);
+        platform().file_table->Open(sLocal, number, OpenMode::BinaryRead, Sharing::Default);
         is_sent = send_file(number);
     });
     if (!is_sent) {

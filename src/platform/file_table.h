@@ -11,11 +11,17 @@
 namespace kvarta16 {
 
 enum class OpenMode : std::uint8_t {
-    Input,   // text to be read; the file must exist
-    Output,  // text to be written; a new empty file in the place of an old one
-    Random,  // records to be read and written; made if missing
-    Binary,  // bytes to be read and written at any place; made if missing
+    Input,       // text to be read; the file must exist
+    Output,      // text to be written; a new empty file in the place of an old one
+    Random,      // records to be read and written; made if missing
+    Binary,      // bytes to be read and written at any place; made if missing
+    BinaryRead,  // bytes to be read at any place; the file must exist
 };
+
+// Whether an opening leaves the file as it is.
+constexpr bool only_reads(OpenMode mode) {
+    return mode == OpenMode::Input || mode == OpenMode::BinaryRead;
+}
 
 enum class Sharing : std::uint8_t {
     Default,  // nobody may write while it is read, nor open it while it is written
@@ -54,14 +60,15 @@ class KVARTA16_EXPORT FileTable {
     // end-of-file mark included. Fails: 62 past the end.
     [[nodiscard]] virtual char16_t InputCharacter(Integer number) = 0;
 
-    // The place of the next Get or Put of a Binary file, 1 for the first byte. Fails: 5 below 1.
+    // The place of the next Get or Put of a binary file, 1 for the first byte. Fails: 5 below 1.
     virtual void Seek(Integer number, Long position) = 0;
 
-    // Reads on in a Binary file. Past the end the bytes of `block` that the file has not got stay
+    // Reads on in a binary file. Past the end the bytes of `block` that the file has not got stay
     // as they are, and nothing fails.
     virtual void Get(Integer number, std::span<Byte> block) = 0;
 
-    // Writes on in a Binary file. Fails: 61 when the disk is full, 57 otherwise.
+    // Writes on in a binary file. Fails: 75 where it may only be read, 61 when the disk is full, 57
+    // otherwise.
     virtual void Put(Integer number, std::span<const Byte> block) = 0;
 };
 

@@ -78,7 +78,6 @@ class Faults : public Ftp {
 constexpr FaultCase upload_faults[] = {
     {"FtpOpenFileA", 1, true, true},
     {"FreeFile", 1, true, false},
-    {"GetAttr", 1, true, false},
     {"FileTable.Open", 1, true, false},
     {"LOF", 1, true, false},
     {"Get", 3, true, false},

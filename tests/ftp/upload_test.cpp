@@ -74,13 +74,12 @@ TEST_F(Upload, RecordsAFailureOfAWholeFile) {
 TEST_F(Upload, SendsBlocksOf100AndTheRest) {
     connect();
     EXPECT_EQ(send(250).raw, -1);
-    EXPECT_EQ(calls(),
-              (Calls{"FtpOpenFileA(2; plik.bin; 1073741824; 2; 0)", "FreeFile",
-                     "GetAttr(C:\\dane\\a.bin)", "Open(C:\\dane\\a.bin; 1; binary)", "LOF(1)",
-                     "Get(1; 100)", "InternetWriteFile(3; 100)", "DoEvents()", "event(100; 250)",
-                     "Get(1; 100)", "InternetWriteFile(3; 100)", "DoEvents()", "event(200; 250)",
-                     "Get(1; 100)", "InternetWriteFile(3; 50)", "Close(1)", "event(250; 250)",
-                     "InternetCloseHandle(3)"}));
+    EXPECT_EQ(calls(), (Calls{"FtpOpenFileA(2; plik.bin; 1073741824; 2; 0)", "FreeFile",
+                              "Open(C:\\dane\\a.bin; 1; binary read)", "LOF(1)", "Get(1; 100)",
+                              "InternetWriteFile(3; 100)", "DoEvents()", "event(100; 250)",
+                              "Get(1; 100)", "InternetWriteFile(3; 100)", "DoEvents()",
+                              "event(200; 250)", "Get(1; 100)", "InternetWriteFile(3; 50)",
+                              "Close(1)", "event(250; 250)", "InternetCloseHandle(3)"}));
     EXPECT_EQ(fake.internet.files.at(u"plik.bin"), bytes_of(250));
     EXPECT_EQ(fake.file_table.open_numbers(), std::set<Integer>{});
     EXPECT_EQ(fake.internet.open_handles(), (std::vector<Long>{1, 2}));
@@ -116,8 +115,8 @@ TEST_F(Upload, SendsNothingOfAnEmptyFile) {
     connect();
     EXPECT_EQ(send(0).raw, -1);
     EXPECT_EQ(calls(), (Calls{"FtpOpenFileA(2; plik.bin; 1073741824; 2; 0)", "FreeFile",
-                              "GetAttr(C:\\dane\\a.bin)", "Open(C:\\dane\\a.bin; 1; binary)",
-                              "LOF(1)", "Close(1)", "event(0; 0)", "InternetCloseHandle(3)"}));
+                              "Open(C:\\dane\\a.bin; 1; binary read)", "LOF(1)", "Close(1)",
+                              "event(0; 0)", "InternetCloseHandle(3)"}));
 }
 
 TEST_F(Upload, NeedsNobodyWhoListens) {
@@ -196,6 +195,16 @@ TEST_F(Upload, RefusesALocalFileThatIsNotThere) {
     EXPECT_EQ(fake.internet.open_handles(), (std::vector<Long>{1, 2, 3}));
 }
 
+TEST_F(Upload, SendsWhatIsOpenToBeReadOrMayOnlyBeRead) {
+    connect();
+    fake.disk.add(u"C:\\dane\\a.bin", bytes_of(250));
+    fake.disk.find(u"C:\\dane\\a.bin")->attributes = file_attribute::read_only;
+    fake.file_table.Open(u"C:\\dane\\a.bin", 2, OpenMode::Input, Sharing::Default);
+    EXPECT_EQ(send_path(u"C:\\dane\\a.bin").raw, -1);
+    EXPECT_EQ(fake.internet.files.at(u"plik.bin"), bytes_of(250));
+    EXPECT_EQ(fake.file_table.open_numbers(), std::set<Integer>{2});
+}
+
 TEST_F(Upload, RefusesAFolder) {
     connect();
     EXPECT_EQ(send_path(u"C:\\dane").raw, 0);
@@ -211,7 +220,7 @@ TEST_F(Upload, TakesTheSizeOfTheFileUnderNumber1) {
         fake.disk.add(u"C:\\dane\\inny.bin", std::string(others, 'i'));
         fake.file_table.Open(u"C:\\dane\\inny.bin", 1, OpenMode::Binary, Sharing::Default);
         EXPECT_EQ(send(250).raw, -1);
-        EXPECT_EQ(fake.disk.calls("Open(C:\\dane\\a.bin; 2; binary)"), 1u);
+        EXPECT_EQ(fake.disk.calls("Open(C:\\dane\\a.bin; 2; binary read)"), 1u);
         EXPECT_EQ(events.back(), (std::pair{static_cast<Long>(others), static_cast<Long>(others)}));
         // What the block held before stays in it behind the end of the file.
         const std::string sent = fake.internet.files.at(u"plik.bin");
@@ -296,9 +305,9 @@ TEST_F(Upload, PumpsNothingBetweenTheTries) {
     EXPECT_EQ(send(100).raw, -1);
     EXPECT_EQ(calls(),
               (Calls{"FtpOpenFileA(2; plik.bin; 1073741824; 2; 0)", "FreeFile",
-                     "GetAttr(C:\\dane\\a.bin)", "Open(C:\\dane\\a.bin; 1; binary)", "LOF(1)",
-                     "Get(1; 100)", "event(-1; 100)", "InternetWriteFile(3; 100)", "DoEvents()",
-                     "event(100; 100)", "Close(1)", "event(100; 100)", "InternetCloseHandle(3)"}));
+                     "Open(C:\\dane\\a.bin; 1; binary read)", "LOF(1)", "Get(1; 100)",
+                     "event(-1; 100)", "InternetWriteFile(3; 100)", "DoEvents()", "event(100; 100)",
+                     "Close(1)", "event(100; 100)", "InternetCloseHandle(3)"}));
 }
 
 // ---- A handler that writes the event's arguments ----------------------------------------------

@@ -128,9 +128,12 @@ TEST_F(PosixTable, OperationsThatTheModeDoesNotAllow) {
     EXPECT_EQ(of_open(u"C:\\o", 2, Output), 0);
     EXPECT_EQ(of_open(u"C:\\r", 3, Random), 0);
     EXPECT_EQ(of_open(u"C:\\b", 4, Binary), 0);
+    EXPECT_EQ(of_open(u"C:\\b", 5, BinaryRead), error::permission_denied);
+    EXPECT_EQ(of_open(firma, 5, BinaryRead), 0);
     std::array<Byte, 1> block{};
-    for (const Integer number : {Integer{1}, Integer{2}, Integer{3}, Integer{4}}) {
-        const bool is_binary = number == 4;
+    for (const Integer number : {Integer{1}, Integer{2}, Integer{3}, Integer{4}, Integer{5}}) {
+        const bool is_binary = number >= 4;
+        const Long of_writing = number == 5 ? error::file_access : 0;
         const auto of = [&](auto&& call) { return caught(call).number; };
         EXPECT_EQ(of([&] { table.PrintLine(number, u"x"); }),
                   number == 2 ? 0 : error::bad_file_mode);
@@ -138,7 +141,8 @@ TEST_F(PosixTable, OperationsThatTheModeDoesNotAllow) {
                   number == 1 ? error::past_end_of_file : error::bad_file_mode);
         EXPECT_EQ(of([&] { table.Seek(number, 1); }), is_binary ? 0 : error::bad_file_mode);
         EXPECT_EQ(of([&] { table.Get(number, block); }), is_binary ? 0 : error::bad_file_mode);
-        EXPECT_EQ(of([&] { table.Put(number, block); }), is_binary ? 0 : error::bad_file_mode);
+        EXPECT_EQ(of([&] { table.Put(number, block); }),
+                  is_binary ? of_writing : error::bad_file_mode);
     }
     EXPECT_EQ(caught([&] { table.PrintLine(1, u"x"); }).text, "Bad file mode");
 }
@@ -236,6 +240,18 @@ TEST_F(PosixTable, BinaryAtAnyPlace) {
     EXPECT_EQ(got(1, ""), "");
 }
 
+TEST_F(PosixTable, BinaryToBeReadAlone) {
+    write_file(native, "0123456789");
+    EXPECT_EQ(of_open(firma, 1, BinaryRead), 0);
+    EXPECT_EQ(table.LOF(1), 10);
+    EXPECT_EQ(got(1, "..."), "012");
+    table.Seek(1, 9);
+    EXPECT_EQ(got(1, "....."), "89...");
+    EXPECT_EQ(of_put(1, "XY"), error::file_access);
+    EXPECT_EQ(of_close(1), 0);
+    EXPECT_EQ(file_bytes(native), "0123456789");
+}
+
 TEST_F(PosixTable, LengthsWrap) {
     fs::resize_file(native, 2'147'483'647);
     EXPECT_EQ(of_open(firma, 1, Binary), 0);
@@ -259,26 +275,29 @@ TEST_F(PosixTable, BinaryAndRandomMakeWhatIsMissing) {
 // ---- What cannot be opened ------------------------------------------------------------------
 
 TEST_F(PosixTable, WhatDoesNotExist) {
-    for (const OpenMode mode : {Input, Output, Random, Binary}) {
+    for (const OpenMode mode : {Input, Output, Random, Binary, BinaryRead}) {
         EXPECT_EQ(of_open(u"C:\\nie ma\\x", 1, mode), error::path_not_found);
         EXPECT_EQ(of_open(u"C:\\Dane\\firma.mdb\\x", 1, mode), error::path_not_found);
         EXPECT_EQ(of_open(u"D:\\x", 1, mode), error::path_not_found);
         EXPECT_EQ(of_open(u"", 1, mode), error::bad_file_name);
         EXPECT_EQ(of_open(u"C:\\" + String(300, u'x'), 1, mode), error::bad_file_name);
     }
-    const auto missing = caught([&] { table.Open(u"C:\\nie ma", 1, Input, Sharing::Default); });
-    EXPECT_EQ(missing.number, error::file_not_found);
-    EXPECT_EQ(missing.text, "File not found");
+    for (const OpenMode mode : {Input, BinaryRead}) {
+        const auto missing = caught([&] { table.Open(u"C:\\nie ma", 1, mode, Sharing::Default); });
+        EXPECT_EQ(missing.number, error::file_not_found);
+        EXPECT_EQ(missing.text, "File not found");
+    }
+    EXPECT_FALSE(fs::exists(c + "/nie ma"));
     EXPECT_EQ(table.FreeFile(), 1);
 }
 
 TEST_F(PosixTable, WhatTheSystemRefuses) {
-    for (const OpenMode mode : {Input, Output, Random, Binary}) {
+    for (const OpenMode mode : {Input, Output, Random, Binary, BinaryRead}) {
         EXPECT_EQ(of_open(u"C:\\Dane", 1, mode), error::file_access);
         EXPECT_EQ(of_open(u"C:\\Dane\\", 1, mode), error::file_access);
     }
     ::mkfifo((c + "/pipe").c_str(), 0600);
-    for (const OpenMode mode : {Output, Random, Binary}) {
+    for (const OpenMode mode : {Output, Random, Binary, BinaryRead}) {
         EXPECT_EQ(of_open(u"C:\\pipe", 1, mode), error::file_access);
     }
     EXPECT_EQ(of_open(u"C:\\pipe", 1, Input), 0);  // and does not wait
@@ -353,6 +372,13 @@ TEST_F(PosixTable, SharingRules) {
         {Input, own, Input, shared, 0, true},
         {Input, own, Binary, own, denied, false},
         {Input, own, Binary, shared, denied, false},
+        {Input, own, BinaryRead, own, 0, true},
+        {Input, shared, BinaryRead, own, 0, true},
+        {Binary, own, BinaryRead, own, denied, false},
+        {BinaryRead, own, Binary, own, denied, false},
+        {BinaryRead, own, Binary, shared, denied, false},
+        {BinaryRead, own, Output, own, open, false},
+        {BinaryRead, own, BinaryRead, own, 0, true},
         {Input, own, Random, shared, denied, false},
         {Input, own, Output, own, open, false},
         {Input, own, Output, shared, open, false},

@@ -142,7 +142,7 @@ Integer MemoryFileTable::FreeFile() {
 }
 
 void MemoryFileTable::Open(StringView path, Integer number, OpenMode mode, Sharing sharing) {
-    constexpr const char* modes[] = {"input", "output", "random", "binary"};
+    constexpr const char* modes[] = {"input", "output", "random", "binary", "binary read"};
     state_->log.push_back("Open(" + to_utf8(path) + "; " + std::to_string(number) + "; " +
                           modes[static_cast<std::size_t>(mode)] +
                           (sharing == Sharing::Shared ? "; shared)" : ")"));
@@ -154,8 +154,8 @@ void MemoryFileTable::Open(StringView path, Integer number, OpenMode mode, Shari
     const bool is_folder = entry != nullptr && (entry->attributes & file_attribute::directory) != 0;
     const bool is_read_only =
         entry != nullptr && (entry->attributes & file_attribute::read_only) != 0;
-    refuse(is_folder || (is_read_only && mode != OpenMode::Input), error::file_access);
-    refuse(entry == nullptr && mode == OpenMode::Input, error::file_not_found);
+    refuse(is_folder || (is_read_only && !only_reads(mode)), error::file_access);
+    refuse(entry == nullptr && only_reads(mode), error::file_not_found);
     refuse(entry == nullptr && path.empty(), error::bad_file_name);
     refuse(entry == nullptr && !state_->has_folder_above(path), error::path_not_found);
     if (entry == nullptr) {
@@ -194,7 +194,7 @@ char16_t MemoryFileTable::InputCharacter(Integer number) {
 }
 
 void MemoryFileTable::Seek(Integer number, Long position) {
-    OpenFile& open = file(number, OpenMode::Binary);
+    OpenFile& open = binary_file(number);
     refuse(position < 1, error::invalid_call);
     open.position = static_cast<std::size_t>(position) - 1;
 }
@@ -202,7 +202,7 @@ void MemoryFileTable::Seek(Integer number, Long position) {
 void MemoryFileTable::Get(Integer number, std::span<Byte> block) {
     state_->log.push_back("Get(" + std::to_string(number) + "; " + std::to_string(block.size()) +
                           ")");
-    OpenFile& open = file(number, OpenMode::Binary);
+    OpenFile& open = binary_file(number);
     const std::string& bytes = contents(open);
     const std::size_t from = std::min(open.position, bytes.size());
     const std::size_t count = std::min(block.size(), bytes.size() - from);
@@ -215,7 +215,8 @@ void MemoryFileTable::Get(Integer number, std::span<Byte> block) {
 void MemoryFileTable::Put(Integer number, std::span<const Byte> block) {
     state_->log.push_back("Put(" + std::to_string(number) + "; " + std::to_string(block.size()) +
                           ")");
-    OpenFile& open = file(number, OpenMode::Binary);
+    OpenFile& open = binary_file(number);
+    refuse(open.mode == OpenMode::BinaryRead, error::file_access);
     std::string& bytes = contents(open);
     bytes.resize(std::max(bytes.size(), open.position + block.size()));
     for (const Byte byte : block) {
@@ -235,6 +236,11 @@ MemoryFileTable::OpenFile& MemoryFileTable::file(Integer number) {
     return found->second;
 }
 
+MemoryFileTable::OpenFile& MemoryFileTable::binary_file(Integer number) {
+    const bool only_reads = file(number).mode == OpenMode::BinaryRead;
+    return file(number, only_reads ? OpenMode::BinaryRead : OpenMode::Binary);
+}
+
 MemoryFileTable::OpenFile& MemoryFileTable::file(Integer number, OpenMode mode) {
     OpenFile& open = file(number);
     refuse(open.mode != mode, error::bad_file_mode);
@@ -247,8 +253,7 @@ std::string& MemoryFileTable::contents(const OpenFile& open) {
 
 void MemoryFileTable::check_sharing(const String& key, OpenMode mode, Sharing sharing) const {
     const auto bars = [](OpenMode own, Sharing own_sharing, OpenMode other) {
-        return own_sharing == Sharing::Default &&
-               (own != OpenMode::Input || other != OpenMode::Input);
+        return own_sharing == Sharing::Default && (!only_reads(own) || !only_reads(other));
     };
     for (const auto& [number, open] : files_) {
         if (open.key == key) {

@@ -115,6 +115,7 @@ class MemoryFileTable final : public FileTable {
     static void refuse(bool is_refused, Long number);
     OpenFile& file(Integer number);
     OpenFile& file(Integer number, OpenMode mode);
+    OpenFile& binary_file(Integer number);
     std::string& contents(const OpenFile& open);
 
     // Without sharing nobody may write what is read, nor open what is written.

@@ -45,8 +45,8 @@ struct Opened {
 
 void require_kind(const Opened& opened, OpenMode mode) {
     const mode_t kind = opened.status.st_mode;
-    const bool is_written = mode != OpenMode::Input;
-    if (S_ISDIR(kind) || (is_written && !S_ISREG(kind) && !S_ISCHR(kind))) {
+    const bool has_places = mode != OpenMode::Input;
+    if (S_ISDIR(kind) || (has_places && !S_ISREG(kind) && !S_ISCHR(kind))) {
         throw Failure(error::file_access);
     }
 }
@@ -95,10 +95,10 @@ Descriptor opened_to_write(const std::string& native, OpenMode mode) {
 
 Opened opened_for(const std::string& native, OpenMode mode) {
     Opened opened;
-    const bool is_input = mode == OpenMode::Input;
-    opened.file = is_input ? opened_existing(native, O_RDONLY) : opened_to_write(native, mode);
+    const bool is_read = only_reads(mode);
+    opened.file = is_read ? opened_existing(native, O_RDONLY) : opened_to_write(native, mode);
     const int error = errno;
-    opened.may_write = !is_input && opened.file.is_open();
+    opened.may_write = !is_read && opened.file.is_open();
     const bool has_records = mode == OpenMode::Random || mode == OpenMode::Binary;
     if (!opened.file.is_open() && has_records && is_refused_writing(error)) {
         opened.file = opened_existing(native, O_RDONLY);
@@ -218,6 +218,10 @@ class Locked {
         }
     }
     OpenFile* operator->() { return &*slot_->file; }
+    OpenFile& in_binary_mode() {
+        const bool only_reads = slot_->file->mode == OpenMode::BinaryRead;
+        return in_mode(only_reads ? OpenMode::BinaryRead : OpenMode::Binary);
+    }
     OpenFile& in_mode(OpenMode mode) {
         if (slot_->file->mode != mode) {
             throw Failure(error::bad_file_mode);
@@ -287,7 +291,7 @@ void PosixFileTable::Open(StringView path, Integer number, OpenMode mode, Sharin
     if (slot.file.has_value()) {
         throw Failure(error::file_already_open);
     }
-    if (mode != OpenMode::Input) {
+    if (!only_reads(mode)) {
         require_new_name(path);
     }
     const std::string native = native_path(path);
@@ -359,7 +363,7 @@ char16_t PosixFileTable::InputCharacter(Integer number) {
 
 void PosixFileTable::Seek(Integer number, Long position) {
     Locked locked(number);
-    OpenFile& open = locked.in_mode(OpenMode::Binary);
+    OpenFile& open = locked.in_binary_mode();
     if (position < 1) {
         throw Failure(error::invalid_call);
     }
@@ -368,7 +372,7 @@ void PosixFileTable::Seek(Integer number, Long position) {
 
 void PosixFileTable::Get(Integer number, std::span<Byte> block) {
     Locked locked(number);
-    OpenFile& open = locked.in_mode(OpenMode::Binary);
+    OpenFile& open = locked.in_binary_mode();
     while (!block.empty()) {
         const ssize_t count = ::pread(open.file.value(), block.data(), block.size(), open.place);
         if (count == 0) {
@@ -385,7 +389,7 @@ void PosixFileTable::Get(Integer number, std::span<Byte> block) {
 
 void PosixFileTable::Put(Integer number, std::span<const Byte> block) {
     Locked locked(number);
-    OpenFile& open = locked.in_mode(OpenMode::Binary);
+    OpenFile& open = locked.in_binary_mode();
     if (!open.may_write) {
         throw Failure(error::file_access);
     }
