@@ -67,7 +67,8 @@ void clsFTP::Disconnect() {
 String clsFTP::CurDir() const {
     String buffer(longest_path, u'\0');
     Long length = longest_path;
-    static_cast<void>(internet_calls().FtpGetCurrentDirectoryA(hFTP, buffer, length));
+    step(
+        [&] { static_cast<void>(internet_calls().FtpGetCurrentDirectoryA(hFTP, buffer, length)); });
     String directory = buffer.substr(0, buffer.find(u'\0'));
     if (!directory.ends_with(u'/')) {
         directory += u'/';

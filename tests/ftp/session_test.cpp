@@ -192,6 +192,20 @@ TEST_F(Ftp, IsAtTheRootWithoutAConnection) {
     EXPECT_EQ(recorded(), nothing);
 }
 
+class FailingDirectory final : public ForwardingInternet {
+  public:
+    using ForwardingInternet::ForwardingInternet;
+    Long FtpGetCurrentDirectoryA(Long, String&, Long&) override { throw Failure(57); }
+};
+
+TEST_F(Ftp, IsAtTheRootWhereThePlatformFails) {
+    connect();
+    FailingDirectory failing(fake.internet);
+    fake.operations.internet = &failing;
+    EXPECT_EQ(ftp.CurDir(), u"/");
+    EXPECT_EQ(recorded(), nothing);
+}
+
 TEST_F(Ftp, IgnoresWhatBecomesOfAChangeOfDirectory) {
     connect();
     ftp.CurDir(u"faktury 2024");
