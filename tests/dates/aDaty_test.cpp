@@ -110,7 +110,7 @@ void expect_as_walked(Integer year, Integer week) {
 }
 
 TEST(Weeks, AsWalkedDayByDay) {
-    for (int year = first_year; year <= last_year; ++year) {
+    for (int year = first_year; year <= last_year; year += sanitized_stride(5)) {
         for (int week = -1; week <= 56; ++week) {
             expect_as_walked(wrap16(year), wrap16(week));
         }

@@ -29,6 +29,7 @@ using frame_tests::one_of_each_subtype;
 using frame_tests::outcome;
 using frame_tests::parse_value;
 using frame_tests::Random;
+using frame_tests::sanitized_stride;
 using frame_tests::show;
 using frame_tests::wide;
 using testing_support::FakePlatform;

@@ -33,15 +33,15 @@ TEST(ToDate, GivesWhatTheTableTells) {
 // A text is a date exactly if it can be read as one.
 TEST(ToDate, AgreesWithIsDateValueOnAllShortTexts) {
     int dates = 0;
-    for_all_texts({u"1", u"31", u"2024", u"99", u"-", u".", u" ", u":", u"maja"}, 6,
-                  [&dates](const String& text) {
+    for_all_texts({u"1", u"31", u"2024", u"99", u"-", u".", u" ", u":", u"maja"},
+                  is_sanitized ? 5 : 6, [&dates](const String& text) {
                       const int failure = failure_of([&] { return ToDate(text); });
                       const bool is_date = static_cast<bool>(IsDateValue(text));
                       ASSERT_TRUE(failure == 0 || failure == 6 || failure == 13) << show(text);
                       ASSERT_EQ(is_date, failure == 0) << show(text);
                       dates += is_date ? 1 : 0;
                   });
-    EXPECT_GT(dates, 50);
+    EXPECT_GT(dates, is_sanitized ? 10 : 50);
 }
 
 // ---- Every day --------------------------------------------------------------------------------
@@ -50,7 +50,7 @@ TEST(MakeDate, AgreesWithChronoOnEveryDay) {
     using namespace std::chrono;
     const sys_days origin{1899y / December / 30};
     for (sys_days day{year{100} / January / 1}; day <= sys_days{year{9999} / December / 31};
-         day += days{1}) {
+         day += days{sanitized_stride(11)}) {
         const year_month_day civil{day};
         const auto y = static_cast<int>(civil.year());
         const auto m = static_cast<unsigned>(civil.month());

@@ -147,6 +147,7 @@ std::vector<Variant> one_of_each_subtype();
 // A case takes some twenty times as long under a sanitizer, which looks at other things than
 // figures.
 using testing_support::is_sanitized;
+using testing_support::sanitized_stride;
 inline constexpr int random_cases = is_sanitized ? 20'000 : 200'000;
 
 class Random {

@@ -14,6 +14,7 @@
 namespace kvarta16::hr_tests {
 namespace {
 
+using frame_tests::is_sanitized;
 using frame_tests::Random;
 using frame_tests::wide;
 using testing_support::FakePlatform;
@@ -138,7 +139,7 @@ TEST(Identifiers, EveryCharacterAtEveryPlace) {
     FakePlatform fake;
     for (std::size_t place = 0; place < 11; ++place) {
         String text = u"00000000000";
-        const std::uint32_t all = frame_tests::is_sanitized ? 0x1000 : 0x10000;
+        const std::uint32_t all = is_sanitized ? 0x1000 : 0x10000;
         const std::uint32_t units = place == 2 || place == 10 ? all : 0x180;
         for (std::uint32_t unit = 0; unit < units; ++unit) {
             text[place] = static_cast<char16_t>(unit);
@@ -159,7 +160,8 @@ TEST(Identifiers, RandomOnesAsByTheSteps) {
     const FakePlatform fake;
     Random random(5);
     int good = 0;
-    for (int i = 0; i < 300'000; ++i) {
+    constexpr int many = is_sanitized ? 30'000 : 300'000;
+    for (int i = 0; i < many; ++i) {
         String text;
         for (int j = 0; j < 11; ++j) {
             text += static_cast<char16_t>(u'0' + random.between(0, 9));
@@ -168,7 +170,7 @@ TEST(Identifiers, RandomOnesAsByTheSteps) {
         ASSERT_EQ(is_nip(text), nip_by_steps(text)) << to_utf8(text);
         good += is_pesel(text) ? 1 : 0;
     }
-    EXPECT_NEAR(good, 30'000, 1'000);
+    EXPECT_NEAR(good, many / 10, is_sanitized ? 300 : 1'000);
     EXPECT_TRUE(fake.boxes.shown.empty());
 }
 

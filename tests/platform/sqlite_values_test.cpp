@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <support/sanitized.h>
 #include <support/sqlite_files.h>
 
 #include <kvarta16/frame/value.h>
@@ -21,6 +22,7 @@ namespace kvarta16::sqlite {
 namespace {
 
 using testing_support::caught;
+using testing_support::sanitized_stride;
 
 constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
@@ -165,7 +167,7 @@ TEST(Moments, NumbersOfDays) {
 TEST(Moments, EveryDayBothWays) {
     constexpr std::int32_t times[] = {0, 86'399'999};
     std::string before;
-    for (std::int32_t day = first_day_number; day <= last_day_number; ++day) {
+    for (std::int32_t day = first_day_number; day <= last_day_number; day += sanitized_stride(11)) {
         for (const std::int32_t time : times) {
             const Moment moment{day, time};
             const std::string stored = stored_text(moment);

@@ -15,6 +15,7 @@
 #include <gtest/gtest.h>
 #include <support/fake_platform.h>
 #include <support/memory_ado.h>
+#include <support/sanitized.h>
 
 #include <kvarta16/frame/utf8.h>
 #include <kvarta16/platform/forwarding.h>
@@ -25,6 +26,7 @@ namespace {
 
 using namespace literals;
 using testing_support::FakePlatform;
+using testing_support::is_sanitized;
 using testing_support::MemoryConnection;
 using ConnectionPointer = std::shared_ptr<ado::Connection>;
 using Log = std::vector<std::string>;
@@ -727,11 +729,13 @@ void fault_at(const Run& run, const CompleteRun& complete, const FaultyOperation
 // All calls of the short runs; of the long one the calls of the first and last rows and some in
 // between, which fall on each place in a row, by turns once and for good.
 bool is_chosen(std::size_t n, std::size_t calls, FaultSpan span) {
-    if (calls <= 300) {
+    constexpr std::size_t all = is_sanitized ? 40 : 300;
+    constexpr std::size_t edge = is_sanitized ? 4 : 13;
+    if (calls <= all) {
         return true;
     }
     const bool is_turn = (n % 2 == 0) == (span == FaultSpan::Once);
-    return is_turn && (n <= 13 || n + 13 > calls || n % 997 == 0);
+    return is_turn && (n <= edge || n + edge > calls || n % 997 == 0);
 }
 
 TEST_P(EachRun, FaultAtEachCallOfEachOperation) {

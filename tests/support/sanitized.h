@@ -16,4 +16,10 @@ inline constexpr bool is_sanitized = false;
 inline constexpr bool is_sanitized = false;
 #endif
 
+// The step of a loop over all of something: each one, and under a sanitizer every n-th. Odd and
+// prime ones fall on each digit and each day of a week.
+constexpr int sanitized_stride(int n) {
+    return is_sanitized ? n : 1;
+}
+
 }  // namespace kvarta16::testing_support
