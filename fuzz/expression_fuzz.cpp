@@ -39,7 +39,7 @@ Double operand_of(const String& text) {
     if (!number || !std::isfinite(value)) {
         throw TapeFailure();
     }
-    return value;
+    return text.find(u'(') == String::npos ? value : -value;
 }
 
 Double whole_quotient(Double left, Double right) {

@@ -67,7 +67,7 @@ std::optional<ExactNumber> number_of(const Variant& value) {
             const Double nearest = is_long ? fuzz::second_double(*number) : 0;
             return is_long && std::isfinite(nearest) ? fuzz::second_digits(nearest) : number;
         } else if constexpr (std::same_as<T, Double> || std::same_as<T, Single>) {
-            return fuzz::second_digits(held);
+            return fuzz::second_digits(Double{held});
         } else if constexpr (std::same_as<T, Date>) {
             return fuzz::second_digits(held.days);
         } else if constexpr (std::same_as<T, Currency>) {
@@ -124,9 +124,6 @@ Outcome<String> date_wanted(const Variant& value, StringView mask, WeekStart sta
         return fuzz::failed<String>(error::type_mismatch);
     } else {
         date.days = to_double(value);
-        if (!fuzz::second_moment(date)) {
-            return fuzz::failed<String>(error::overflow);
-        }
     }
     const auto moment = fuzz::second_moment(date);
     return moment ? Outcome<String>{fuzz::second_date_text(*moment, mask, start)}
@@ -136,7 +133,7 @@ Outcome<String> date_wanted(const Variant& value, StringView mask, WeekStart sta
 void check(const Variant& value, StringView mask, WeekStart start) {
     const std::string shown = fuzz::show_value(value) + " under " + fuzz::show(mask);
     const auto actual = fuzz::outcome_of([&] { return FormatMask(value, mask, start); });
-    if (mask.empty()) {
+    if (mask.empty() && !value.is(Subtype::Null)) {
         fuzz::expect_same("FormatMask", shown, actual,
                           fuzz::outcome_of([&] { return ToText(value); }));
         return;

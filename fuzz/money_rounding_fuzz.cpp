@@ -134,8 +134,9 @@ Currency core(const Variant& value, int decimals) {
             if (!std::isfinite(held)) {
                 throw Failure(error::overflow);
             }
-            return decimals == 0 ? double_tie_route(held)
-                                 : amount(cut(fuzz::second_digits(held), decimals, Tie::away));
+            return decimals == 0
+                       ? double_tie_route(held)
+                       : amount(cut(fuzz::second_digits(Double{held}), decimals, Tie::away));
         } else if constexpr (std::same_as<T, Currency>) {
             return decimals == 4 ? held
                    : decimals == 2

@@ -202,8 +202,9 @@ class KVARTA16_EXPORT aproste {
     [[nodiscard]] String Bool2Sql(StringView s) const;
 
     // The whole number in a value's text: a numeric text, or else the number at its front, to the
-    // nearest, a tie to the even one. A Double counts with the 15 digits of its text. 0 for Null,
-    // for "" and beyond Long. Tolerant.
+    // nearest, a tie to the even one. A Double counts with the 15 digits of its text; nines at
+    // their end that have a 5 behind them are carried: 1.4999999999999947 is one and a half. 0
+    // for Null, for "" and beyond Long. Tolerant.
     [[nodiscard]] Long AnyToLong(const Variant& value) const;
 
     // Stands for an argument that the caller leaves out: it is written as any other, and gone when

@@ -1,5 +1,7 @@
 // The hours of aproste: a number of hours and its texts.
+#include <charconv>
 #include <cmath>
+#include <string_view>
 
 #include <kvarta16/dates/aproste.h>
 
@@ -24,6 +26,24 @@ void fill_in_no_time(String& text) {
 Double hours_of(StringView text, Long hours, Long minutes) {
     const Double part = minutes / 60.0;
     return text.starts_with(u'-') ? hours - part : hours + part;
+}
+
+// Nines that have a 5 behind them as the sixteenth digit are carried, however that 5 came about:
+// 1.4999999999999947, at sixteen digits 1.499999999999995, is one and a half. So are the minutes
+// of 1.025 hours.
+Double with_nines_carried(Double value) {
+    constexpr int decimals = 15;  // behind the first digit
+    char text[32];
+    const auto result =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::scientific, decimals);
+    const std::string_view written(text, static_cast<std::size_t>(result.ptr - text));
+    const std::size_t at = written.find("95e");
+    if (at == std::string_view::npos) {
+        return value;
+    }
+    text[at + 1] = '6';
+    std::from_chars(text, result.ptr, value);
+    return value;
 }
 
 }  // namespace
@@ -72,7 +92,8 @@ Long aproste::AnyToLong(const Variant& value) const {
     Long result = 0;
     // One step: with Null, or a value that has no text, every later one would give 0 as well.
     step([&] {
-        const String text(trim(ToText(value)));
+        const auto* const number = value.get_if<Double>();
+        const String text(trim(ToText(number != nullptr ? with_nines_carried(*number) : value)));
         if (!text.empty()) {
             result = ToLong(IsNumericText(text) ? Variant(text) : Variant(ValPrefix(text)));
         }

@@ -258,9 +258,9 @@ String under_number_mask(const Variant& value, StringView text_mask) {
             return render_scaled(mask, held ? -1 : 0, 0);
         } else if constexpr (std::same_as<T, Currency>) {
             return render_scaled(mask, held.count, 4);
-        } else if constexpr (std::same_as<T, Double>) {
+        } else if constexpr (std::same_as<T, Single> || std::same_as<T, Double>) {
             return render_double(mask, held);
-        } else if constexpr (std::same_as<T, Single> || std::same_as<T, Decimal>) {
+        } else if constexpr (std::same_as<T, Decimal>) {
             return render_digits(mask, digits_of(held));
         } else if constexpr (std::same_as<T, Date>) {
             return render_double(mask, held.days);
@@ -362,12 +362,11 @@ String render_date(StringView mask, const DateParts& parts, WeekStart start) {
     return text;
 }
 
-// The moment that a value stands for under a date mask.
+// The moment that a value stands for under a date mask. Whatever keeps it from being one, it cannot
+// be shown.
 DateParts moment_of(const Variant& value) {
-    if (value.is(Subtype::Null)) {
-        fail(error::type_mismatch);
-    }
-    const std::optional<DateParts> parts = parts_of(ToDate(value));
+    std::optional<DateParts> parts;
+    guarded([&] { parts = parts_of(ToDate(value)); });
     if (!parts) {
         fail(error::type_mismatch);
     }
@@ -377,7 +376,7 @@ DateParts moment_of(const Variant& value) {
 }  // namespace
 
 String FormatMask(const Variant& value, StringView mask, WeekStart week_start) {
-    if (mask.empty()) {
+    if (mask.empty() && !value.is(Subtype::Null)) {
         return ToText(value);
     }
     if (std::ranges::any_of(mask, is_date_letter)) {

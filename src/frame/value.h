@@ -72,16 +72,16 @@ enum class WeekStart : std::uint8_t { Monday, Sunday };
 // Renders a value under a mask.
 //   Number masks, built of "0", one "." and other characters that stand for themselves: at least
 //   as many integer digits as zeros before the dot, exactly as many decimals as zeros behind it,
-//   rounded half away from zero on the decimal digits of the value (Double at 15, Single at 7
-//   significant digits). "0:00" of 130 is "1:30". A numeric text is read first; any other text
-//   comes back unchanged.
+//   rounded half away from zero on the decimal digits of the value (a Double at 15 significant
+//   digits, a Single as its Double). "0:00" of 130 is "1:30". A numeric text is read first; any
+//   other text comes back unchanged.
 //   Date masks, with any of the letters of d, m, y, w, q, h, n, s: "d", "dd", "ddd" (three
 //   letters), "dddd" (the day's name), "m", "mm" (in any case; minutes right behind hours),
 //   "mmm", "mmmm" (the month's name), "yy", "yyyy", "w", "ww", "q", "h", "hh", "n", "nn", "s",
 //   "ss"; all else stands for itself. A number is a day number, a text is read by ToDate.
 //   The empty mask gives ToText.
-// Fails: 13 on a value that cannot be shown under the mask, Null among them; 6 on a number
-// beyond the dates under a date mask and on a text beyond Double.
+// Fails: 13 on a value that cannot be shown under the mask, Null and a number beyond the dates
+// under a date mask among them; 6 on a text beyond Double.
 [[nodiscard]] KVARTA16_EXPORT String FormatMask(const Variant& value, StringView mask,
                                                 WeekStart week_start = WeekStart::Monday);
 // The same for money, without the way through a Variant.

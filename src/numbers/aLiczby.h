@@ -122,9 +122,10 @@ class KVARTA16_EXPORT aLiczby {
     // "-" and a digit, with or without "=" before it; "1+2" is none. The operators + - * / ^ and
     // \, the quotient of whole numbers, apply strictly from left to right, so that "=2+3*4" is
     // "20,0000"; each result is rounded to Currency. What stands between them is an operand and
-    // must be numeric under locale(): "=2*-3" is none, and "=1+(2)" is "-1,0000", parentheses
-    // meaning minus. `st` loses the blanks at both ends, and then a leading "=", also if it is not
-    // computed. Guarded: every failure gives the text as it came.
+    // must be numeric under locale(): "=2*-3" is none. In parentheses it counts without the
+    // minus that they mean elsewhere: "=1+(2)" is "3,0000". `st` loses the blanks at both ends, and
+    // then a leading "=", also if it is not computed. Guarded: every failure gives the text as it
+    // came.
     String PoliczWyrażenie(String& st) const;
 
     // As VarR2Si1 in Currency: 1.0049 is 1.00 and 1.0149 is 1.02, exact halves going to the even

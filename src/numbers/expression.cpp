@@ -52,6 +52,12 @@ Double applied(char16_t operation, Double left, Double right) {
     }
 }
 
+// Parentheses around a numeric text mean minus; in an expression they enclose the number.
+Double operand_of(StringView text) {
+    const Double number = to_double(text);
+    return text.find(u'(') == StringView::npos ? number : std::abs(number);
+}
+
 // The value of an expression, computed while it is read. Fails: 5, 6, 11, 13.
 Currency value_of(StringView expression) {
     // A leading "-" is part of the first operand.
@@ -61,7 +67,7 @@ Currency value_of(StringView expression) {
         const char16_t operation = expression[end];
         const std::size_t start = end + 1;
         end = expression.find_first_of(operators, start);
-        const Double operand = to_double(expression.substr(start, end - start));
+        const Double operand = operand_of(expression.substr(start, end - start));
         value = ToCurrency(applied(operation, to_double(value), operand));
     }
     return value;

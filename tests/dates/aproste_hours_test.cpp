@@ -1,6 +1,8 @@
 // Hours as a number and as text.
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "dates_support.h"
 
@@ -34,6 +36,9 @@ TEST(HoursToText, Minutes) {
         // Half minutes go to the even one.
         {2.5 / 60, u"0:02"},
         {3.5 / 60, u"0:04"},
+        // The minutes of these are 1.4999999999999947, which counts as one and a half.
+        {1.025, u"1:02"},
+        {-3.025, u"-3:02"},
     };
     for (const auto& row : cases) {
         Double hours = row.hours;
@@ -58,10 +63,13 @@ TEST(HoursToText, Hundredths) {
     }
 }
 
-// The whole number that a Double counts as: through 15 significant digits, ties to the even.
+// The whole number that a Double counts as: through 15 significant digits, ties to the even. Nines
+// go up by a 5 behind them.
 Long through_digits(Double value) {
     char text[40];
-    std::snprintf(text, sizeof text, "%.15g", value);
+    std::snprintf(text, sizeof text, "%.15e", value);
+    const bool is_carried = std::string_view(text).find("95e") != std::string_view::npos;
+    std::snprintf(text, sizeof text, is_carried ? "%.14g" : "%.15g", value);
     return static_cast<Long>(std::nearbyint(std::strtod(text, nullptr)));
 }
 

@@ -67,7 +67,12 @@ TEST(WholeNumber, OfAnything) {
         {"String \"2147483648\"", 0},
         {"String \"2147483648x\"", 0},
         {"String \"1E999\"", 0},
-        {"Double 1.4999999999999947", 1},
+        {"Double 1.4999999999999947", 2},  // 1.499999999999995 at sixteen digits
+        {"Double 1.4999999999999940", 1},
+        {"Double -1.4999999999999947", -2},
+        {"Double 0.49999999999999956", 0},
+        {"Double 2.4999999999999947", 2},  // the tie goes to the even one
+        {"Double inf", 0},
         {"Double 1.49999999999999978", 2},
         {"Double 2.5", 2},
         {"Double 3.5", 4},

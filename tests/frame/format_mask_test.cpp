@@ -104,7 +104,7 @@ TEST(FormatMask, RoundsFifteenDigitsOfADouble) {
 
 // Every tie of a mask's last place that a Double of few digits comes near to.
 TEST(FormatMask, RoundsADoubleBesideATie) {
-    for (int i = -100'000; i <= 100'000; ++i) {
+    for (int i = -100'000; i <= 100'000; i += sanitized_stride(11)) {
         for (const double scale : {10.0, 1000.0, 100'000.0}) {
             const double value = (10.0 * i + 5) / scale;
             expect_double(value);
@@ -116,15 +116,16 @@ TEST(FormatMask, RoundsADoubleBesideATie) {
     }
 }
 
-TEST(FormatMask, RoundsSevenDigitsOfASingle) {
+TEST(FormatMask, RoundsASingleAsItsDouble) {
     Random random(33);
     for (int i = 0; i < random_cases / 10; ++i) {
         const auto value =
             static_cast<Single>(static_cast<double>(random.between(-99'999'999, 99'999'999)) /
                                 std::pow(10.0, static_cast<double>(random.between(0, 7))));
-        const Reduced digits = reduced(static_cast<double>(value), 7);
-        if (!digits.is_tie) {
-            expect_number(value, digits.number);
+        for (int decimals = 0; decimals <= 5; ++decimals) {
+            ASSERT_EQ(FormatMask(value, number_masks[decimals]),
+                      FormatMask(Double{value}, number_masks[decimals]))
+                << notation(value);
         }
     }
 }
@@ -254,6 +255,9 @@ TEST(FormatMask, AgreesWithChronoOnEveryDay) {
         } else {
             monday_week += weekday{day} == Monday ? 1 : 0;
             sunday_week += weekday{day} == Sunday ? 1 : 0;
+        }
+        if (number % sanitized_stride(11) != 0) {
+            continue;
         }
         char text[20];
         std::snprintf(text, sizeof text, "%04d-%02u-%02u", y, m, d);

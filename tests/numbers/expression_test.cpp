@@ -54,8 +54,11 @@ TEST(Expression, ComputedTexts) {
         {u"=5 zł + 3 zł", u"8,0000", u"5 zł + 3 zł"},
         {u"=1\u00A0000+1", u"1001,0000", u"1\u00A0000+1"},
         {u"=1E2+1", u"101,0000", u"1E2+1"},
-        {u"=1+(2)", u"-1,0000", u"1+(2)"},  // parentheses mean minus
-        {u"=1*(2,5)", u"-2,5000", u"1*(2,5)"},
+        {u"=1+(2)", u"3,0000", u"1+(2)"},  // here parentheses do not mean minus
+        {u"=1*(2,5)", u"2,5000", u"1*(2,5)"},
+        {u"=10- (2 zł) *(3)", u"24,0000", u"10- (2 zł) *(3)"},
+        {u"=2^(0)", u"1,0000", u"2^(0)"},
+        {u"=2/(0)", u"=2/(0)", u"2/(0)"},
         {u"=1/3", u"0,3333", u"1/3"},
         {u"=1/3*3", u"0,9999", u"1/3*3"},
         {u"=0", u"0,0000", u"0"},
@@ -75,13 +78,13 @@ TEST(Expression, OperatorsHaveOneRank) {
         {u"=3,5\\1", u"4,0000", u"3,5\\1"},  //
         {u"=9\\2,5", u"4,0000", u"9\\2,5"},  //
         {u"=9\\3,5", u"2,0000", u"9\\3,5"},  //
-        {u"=9\\(2)", u"-4,0000", u"9\\(2)"},
+        {u"=9\\(2)", u"4,0000", u"9\\(2)"},
         {u"=5000000000\\2", u"2500000000,0000", u"5000000000\\2"},
         // A quotient of so many digits comes to money through Double.
         {u"=922337203685477\\3", u"307445734561825,0240", u"922337203685477\\3"},
         {u"=5\\1E300", u"0,0000", u"5\\1E300"},
         {u"=4^0,5", u"2,0000", u"4^0,5"},
-        {u"=2^(1)", u"0,5000", u"2^(1)"},
+        {u"=2^(3)", u"8,0000", u"2^(3)"},
         {u"=-2^2", u"4,0000", u"-2^2"},
         {u"=-2^3", u"-8,0000", u"-2^3"},
         {u"=0^0", u"1,0000", u"0^0"},
@@ -135,7 +138,6 @@ TEST(Expression, FailuresGiveTheIncomingText) {
         {u"=1+2a", u"=1+2a", u"1+2a"},           // 13
         {u"=1E-2", u"=1E-2", u"1E-2"},           // 13: "1E"
         {u"=-2^0,5", u"=-2^0,5", u"-2^0,5"},     // 5
-        {u"=0^(1)", u"=0^(1)", u"0^(1)"},        // 6
         {u"=10^300", u"=10^300", u"10^300"},     // 6
         {u"=1E300", u"=1E300", u"1E300"},        // 6
         {u"=1*1E300", u"=1*1E300", u"1*1E300"},  //
@@ -207,7 +209,9 @@ class Tape {
     [[nodiscard]] Currency value() const {
         Currency accumulator = ToCurrency(operands_[1]);
         for (std::size_t i = 2; i <= count_; ++i) {
-            const Double right = to_double(operands_[i]);
+            const Double read = to_double(operands_[i]);
+            const bool is_enclosed = position_of(operands_[i], u"(") > 0;
+            const Double right = is_enclosed ? -read : read;
             accumulator = ToCurrency(step_of(operations_[i - 1], to_double(accumulator), right));
         }
         return accumulator;
