@@ -148,7 +148,7 @@ std::vector<Variant> one_of_each_subtype();
 // figures.
 using testing_support::is_sanitized;
 using testing_support::sanitized_stride;
-inline constexpr int random_cases = is_sanitized ? 20'000 : 200'000;
+inline constexpr int random_cases = is_sanitized ? 5'000 : 200'000;
 
 class Random {
   public:

@@ -301,7 +301,7 @@ TEST(Expression, AllShortTextsAsByTheTable) {
 TEST(Expression, RandomExpressionsAsByTheTable) {
     Random random(16);
     int computed_ones = 0;
-    for (int i = 0; i < 50'000; ++i) {
+    for (int i = 0; i < 50'000; i += sanitized_stride(7)) {
         String text = random.chance(90) ? u"=" : u"-";
         for (std::int64_t left = random.between(1, 6); left > 0; --left) {
             text += wide(random.digits(random.between(random.chance(3) ? 0 : 1, 5)));
@@ -312,7 +312,7 @@ TEST(Expression, RandomExpressionsAsByTheTable) {
         computed_ones += expected.result != text ? 1 : 0;
         ASSERT_EQ(computed(text), expected) << show(text);
     }
-    EXPECT_GT(computed_ones, 10'000);
+    EXPECT_GT(computed_ones, 10'000 / sanitized_stride(7));
 }
 
 TEST(Expression, OfAnyLength) {
