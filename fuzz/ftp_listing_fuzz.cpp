@@ -246,7 +246,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     entry.attributes = (flags & 1) != 0 ? file_attribute::directory : file_attribute::archive;
     entry.attributes |= (flags & 2) != 0 ? file_attribute::read_only : 0;
     entry.size = entry.is_folder() ? 0 : entry.size;
-    entry.name = input.line_as_text();
+    // As it travels: half a surrogate pair arrives as U+FFFD.
+    entry.name = from_utf8(to_utf8(input.line_as_text()));
     entry.attributes |= entry.name.starts_with(u'.') ? file_attribute::hidden : 0;
     check_written(entry, now);
     check_year(entry, now);
