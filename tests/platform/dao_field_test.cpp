@@ -247,6 +247,8 @@ TEST_F(DaoDefaults, WhatAColumnCannotHave) {
     EXPECT_EQ(refused(u"d", u"'x'"), 3421);
     EXPECT_EQ(refused(u"b", u"'może'"), 3421);
     EXPECT_EQ(refused(u"c", u"256"), 3421);
+    // The text of a table ends for the engine at such a character.
+    EXPECT_EQ(refused(u"s", String(u"\"a\0b\"", 5)), 3421);
     EXPECT_EQ(refused(u"n", u"1 +"), 3075);
     EXPECT_EQ(refused(u"n", u"'abc"), 3075);
     EXPECT_EQ(refused(u"n", u"abc"), 3061);

@@ -299,6 +299,7 @@ const Bad bad_statements[] = {
     {u"create table A (x long default)", 3075, "a column or a value"},
     {u"create table A (x long default y)", 3061, "y"},
     {u"create table A (x long default 'a')", 3421, "a"},
+    {StringView(u"create table A (x memo default 'a\0b')", 37), 3421, "code 0"},
     {u"create table A (x long, constraint k foreign key (x))", 3290, "primary key or unique"},
     {u"create table A (x long, primary key (y))", 3409, "y"},
     {u"create table A (x long, X text)", 3191, "X"},

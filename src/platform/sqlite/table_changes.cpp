@@ -24,10 +24,15 @@ bool is_set(const Cell& cell) {
     return number != nullptr && *number != 0;
 }
 
-// A text in single quotes, as the engine takes it.
+// A text in single quotes, as the engine takes it. A statement ends for the engine at a character
+// of the code 0.
 std::string quoted_text(std::string_view text) {
     std::string quoted = "'";
     for (const char c : text) {
+        if (c == '\0') {
+            fail_about(error_no_conversion, u"A default holds a character of the code 0",
+                       from_utf8(text));
+        }
         quoted.append(c == '\'' ? 2 : 1, c);
     }
     return quoted + "'";
