@@ -55,7 +55,7 @@ bool fits_in_64_bits(const ExactNumber& number) {
     return digits.size() < most.size() || (digits.size() == most.size() && digits <= most);
 }
 
-// The number of a value under a number mask; nothing for a text that is none.
+// The number of a value within Double under a number mask; nothing for a text that is none.
 std::optional<ExactNumber> number_of(const Variant& value) {
     return value.visit([]<class T>(const T& held) -> std::optional<ExactNumber> {
         if constexpr (std::same_as<T, String>) {
@@ -64,8 +64,7 @@ std::optional<ExactNumber> number_of(const Variant& value) {
             // Double shows.
             const bool is_based = held.find(u'&') != String::npos;
             const bool is_long = number && is_based && !fits_in_64_bits(*number);
-            const Double nearest = is_long ? fuzz::second_double(*number) : 0;
-            return is_long && std::isfinite(nearest) ? fuzz::second_digits(nearest) : number;
+            return is_long ? fuzz::second_digits(fuzz::second_double(*number)) : number;
         } else if constexpr (std::same_as<T, Double> || std::same_as<T, Single>) {
             return fuzz::second_digits(Double{held});
         } else if constexpr (std::same_as<T, Date>) {
@@ -84,7 +83,13 @@ std::optional<ExactNumber> number_of(const Variant& value) {
     });
 }
 
+// A text may tell a number that no Double reaches. The digits that the greatest Doubles show are
+// beyond them too and are no such number.
 bool is_beyond_double(const Variant& value) {
+    if (const auto* text = value.get_if<String>()) {
+        const auto number = fuzz::second_numeric_text(*text);
+        return number && !std::isfinite(fuzz::second_double(*number));
+    }
     const auto* real = value.get_if<Double>();
     const auto* single = value.get_if<Single>();
     const auto* date = value.get_if<Date>();
@@ -103,9 +108,6 @@ Outcome<String> number_wanted(const Variant& value, StringView mask) {
     const auto number = number_of(value);
     if (!number) {
         return {*value.get_if<String>()};
-    }
-    if (!std::isfinite(fuzz::second_double(*number))) {
-        return fuzz::failed<String>(error::overflow);
     }
     return {under_number_mask(*number, mask)};
 }
