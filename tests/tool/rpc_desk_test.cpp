@@ -100,6 +100,16 @@ TEST(RpcDialog, AnswersInTheirOrderAndTellsWhatWasAsked) {
     EXPECT_FALSE(rpc.result("aIO.GetWinPlatform").contains("dialogs"));
 }
 
+TEST(RpcDialog, ThePathOfTheChoiceIsAskedForOnce) {
+    RpcClient rpc;
+    rpc.value("host.dialog", R"(["c:\\dane"])");
+    rpc.value("host.dialog", R"(["c:\\dane"])");
+    rpc.value("host.fault", R"(["SHGetPathFromIDList",1,"once",5])");
+    const std::string member = "CBrowseForFolders.BrowseForFolder";
+    EXPECT_EQ(R"({"String":"\\"})", rpc.value(member, R"([0,"",""])"));
+    EXPECT_EQ(R"({"String":"c:\\dane\\"})", rpc.value(member, R"([0,"",""])"));
+}
+
 // ---- Files by their drives, and faults --------------------------------------------------------
 
 TEST(RpcFiles, WorkOnAMappedDrive) {

@@ -75,20 +75,15 @@ Long RecordingDialogs::SHBrowseForFolder(const BROWSEINFO& info) {
         answers.pop_front();
     }
     shown.push_back({info.hwndOwner, info.lpszTitle, info.ulFlags, u"", answer});
-    const auto dialog = static_cast<Long>(shown.size());
-    const auto tell = [&](Long message, Long value) {
-        if (info.lpfn != nullptr) {
-            info.lpfn(dialog, message, value, info.lParam);
-        }
-    };
-    tell(browse_message::initialized, 0);
+    // Nobody moves about in this dialog: the callback hears that it is there, and of no selection.
+    if (info.lpfn != nullptr) {
+        info.lpfn(static_cast<Long>(shown.size()), browse_message::initialized, 0, info.lParam);
+    }
     if (!answer) {
         return 0;
     }
     item_lists_.push_back(*answer);
-    const auto item_list = static_cast<Long>(item_lists_.size());
-    tell(browse_message::selection_changed, item_list);
-    return item_list;
+    return static_cast<Long>(item_lists_.size());
 }
 
 Long RecordingDialogs::SHGetPathFromIDList(Long item_list, String& buffer) {
