@@ -22,7 +22,7 @@ constexpr std::int64_t units[] = {10000, 1000, 100, 10, 1};
 
 // ---- Steps ----------------------------------------------------------------------------------
 
-// Every way by which an amount is made tests its range.
+// Every way by which an amount is made of another value tests its range.
 Currency amount(const ExactNumber& number) {
     const auto count = fuzz::second_whole(number, 4, least, most);
     if (!count) {
@@ -39,11 +39,10 @@ Currency amount(Double value) {
     return Currency::raw(static_cast<std::int64_t>(count));
 }
 
+// Amounts are added without a test.
 Currency sum(Currency a, std::int64_t count) {
     std::int64_t total = 0;
-    if (__builtin_add_overflow(a.count, count, &total)) {
-        throw Failure(error::overflow);
-    }
+    static_cast<void>(__builtin_add_overflow(a.count, count, &total));
     return Currency::raw(total);
 }
 

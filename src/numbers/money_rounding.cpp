@@ -23,16 +23,6 @@ constexpr int sign_of(Number x) {
     return x > Number{} ? 1 : x < Number{} ? -1 : 0;
 }
 
-// A rounding step tests the range, other than a sum of amounts.
-Currency moved(Currency amount, Currency by) {
-    const Currency result = amount + by;
-    const bool wrapped = by.count > 0 ? result < amount : result > amount;
-    if (wrapped) {
-        fail(error::overflow);
-    }
-    return result;
-}
-
 Currency mask_route(const Variant& number, const Place& place) {
     return ToCurrency(FormatMask(number, place.mask));
 }
@@ -41,7 +31,7 @@ Currency count_tie_route(Currency amount, const Place& place) {
     const int sign = sign_of(amount);
     const Currency even = round_half_even(amount, place.decimals);
     const bool is_tie = (amount - even).count == sign * place.unit.count / 2;
-    return is_tie ? moved(even, Currency::raw(sign * place.unit.count)) : even;
+    return is_tie ? even + Currency::raw(sign * place.unit.count) : even;
 }
 
 Currency double_tie_route(Double x) {
@@ -84,7 +74,7 @@ Currency text_route(StringView text, const Place& place) {
     const Long kept = comma + place.decimals;
     const Currency cut = ToCurrency(left_part(finer, kept));
     const bool is_half_or_more = substring(finer, kept + 1, 1) >= u"5";
-    return is_half_or_more ? moved(cut, place.unit) : cut;
+    return is_half_or_more ? cut + place.unit : cut;
 }
 
 // The routes of the subtypes that have decimals. The sisters replace the ones that they take
@@ -178,7 +168,7 @@ Currency upward(const Variant& value, Integer decimals, Currency unit) {
     Currency result;
     step([&] { result = round_half_even(amount, decimals); });
     if (amount > result) {
-        step([&] { result = moved(result, unit); });
+        result = result + unit;
     }
     return result;
 }
@@ -195,7 +185,7 @@ Currency biased_double(const Variant& value) {
 Currency biased_currency(const Variant& value) {
     const Currency amount = amount_of<ToCurrency>(value);
     const Currency push = Currency::raw(amount > Currency{} ? 1 : -1);
-    return round_half_even(moved(amount, push), 2);
+    return round_half_even(amount + push, 2);
 }
 
 }  // namespace kvarta16::money_rounding

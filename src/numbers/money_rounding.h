@@ -22,9 +22,10 @@ namespace kvarta16::money_rounding {
 // to_whole takes a Single, Double or Date in Double instead of by the mask; to_fourths leaves a
 // Currency as it is. A text is read with "." for ",", shown with one decimal more, and then cut;
 // if the digit cut off is 5 or more, a unit of the last place is added, to a negative amount too:
-// "-2,5" is -1. A text that is no number counts as ValPrefix of it.
-// Fails: 6 beyond Currency; 13 for a text whose digits do not read back, under a locale whose
-// decimal separator is not the comma.
+// "-2,5" is -1. A text that is no number counts as ValPrefix of it. A unit is added to an amount as
+// amounts are: next to the ends of Currency the sum wraps.
+// Fails: 6 for a value beyond Currency; 13 for a text whose digits do not read back, under a locale
+// whose decimal separator is not the comma.
 [[nodiscard]] Currency to_whole(const Variant& value);
 [[nodiscard]] Currency to_tenths(const Variant& value);
 [[nodiscard]] Currency to_thousandths(const Variant& value);
@@ -39,14 +40,15 @@ namespace kvarta16::money_rounding {
 // The next multiple of `unit`, which is 1 or 0.1 and has `decimals` places, towards plus infinity.
 // A text is read without touching its dot: what is not numeric counts as ValPrefix of its text, so
 // that a Date counts as its year. Tolerant: what cannot be read counts as 0; next to the upper end
-// of Currency, where the multiple above is out of range, the result is the multiple below, or one
-// unit if the nearest multiple is out of range already.
+// of Currency, where the multiple above is out of range, the sum wraps, or the result is one unit
+// if the nearest multiple is out of range already.
 [[nodiscard]] Currency upward(const Variant& value, Integer decimals, Currency unit);
 
 // Two decimals, half to even, after a push of 0.0001 away from zero (0 is pushed down). Read as
 // by upward(). In Double the push lifts what is a hair below a half, so that 1.005 gives 1.01; in
 // Currency 1.0049 becomes an exact half and goes to the even 1.00.
-// biased_double: tolerant. biased_currency: strict; fails: 6 beyond Currency, 13 on an object, an
+// biased_double: tolerant. biased_currency: strict, and the push wraps at the ends of Currency;
+// fails: 6 for a value beyond Currency, 13 on an object, an
 // error code or a missing argument.
 [[nodiscard]] Currency biased_double(const Variant& value);
 [[nodiscard]] Currency biased_currency(const Variant& value);

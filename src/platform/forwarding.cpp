@@ -221,7 +221,9 @@ class FaultingRecordset final : public ado::ForwardingRecordset {
         ForwardingRecordset::AddNew();
     }
     ado::Field& Fields(const Variant& item) override {
+        // Both at once: the collection, and the field that is picked from it.
         plan_->count_call(Operation::RecordsetFields);
+        plan_->count_call(Operation::FieldsItem);
         return ForwardingRecordset::Fields(item);
     }
     void UpdateBatch(ado::Affect affect_records) override {

@@ -310,7 +310,7 @@ enum class Operation : std::uint8_t {
     TableDefName,  // reading it and putting it, here and below
     TableDefFields,
     FieldsCount,
-    FieldsItem,
+    FieldsItem,  // of a recordset too
     DaoFieldName,
     DaoFieldType,
     DaoFieldSize,
