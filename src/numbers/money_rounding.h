@@ -48,8 +48,7 @@ namespace kvarta16::money_rounding {
 // by upward(). In Double the push lifts what is a hair below a half, so that 1.005 gives 1.01; in
 // Currency 1.0049 becomes an exact half and goes to the even 1.00.
 // biased_double: tolerant. biased_currency: strict, and the push wraps at the ends of Currency;
-// fails: 6 for a value beyond Currency, 13 on an object, an
-// error code or a missing argument.
+// fails: 6 for a value beyond Currency, 13 on an object, an error code or a missing argument.
 [[nodiscard]] Currency biased_double(const Variant& value);
 [[nodiscard]] Currency biased_currency(const Variant& value);
 
